@@ -1,0 +1,122 @@
+#include "vellumlib/dataset.h"
+
+#include <algorithm>
+
+CIEDataset::CIEDataset(CString name) : m_strName(std::move(name)) {}
+
+CIEDataset::~CIEDataset() = default;
+
+CIEObject* CIEDataset::Add(std::unique_ptr<CIEObject> pObject)
+{
+    if (!pObject)
+        return nullptr;
+    CIEObject* const pAdded = m_Objects.emplace_back(std::move(pObject)).get();
+    pAdded->m_pOwner = this;
+    EnterIndex(pAdded);
+    return pAdded;
+}
+
+CIESurface* CIEDataset::Add(std::unique_ptr<CIESurface> pSurface)
+{
+    return pSurface ? m_Surfaces.emplace_back(std::move(pSurface)).get() : nullptr;
+}
+
+CIEAlignment* CIEDataset::Add(std::unique_ptr<CIEAlignment> pAlignment)
+{
+    return pAlignment ? m_Alignments.emplace_back(std::move(pAlignment)).get() : nullptr;
+}
+
+void CIEDataset::RemoveObject(int i)
+{
+    if (!GetObjectAt(i))
+        return;
+    const auto place = m_Objects.begin() + i;
+    LeaveIndex(place->get());
+    m_Objects.erase(place);
+}
+
+CIEObject* CIEDataset::GetObjectAt(int i) const
+{
+    return i >= 0 && static_cast<std::size_t>(i) < m_Objects.size() ? m_Objects[static_cast<std::size_t>(i)].get()
+                                                                    : nullptr;
+}
+
+int CIEDataset::GetNumberOfElements(int nKind, int nState, bool bStations, bool bNamed) const
+{
+    constexpr int kAnyKind = -1;
+    constexpr int kAnyState = 2;
+    if (nKind == kAnyKind && nState == kAnyState && !bStations && !bNamed)
+        return static_cast<int>(m_Objects.size());
+    int nCount = 0;
+    for (const auto& pObject : m_Objects) {
+        if (nKind != kAnyKind && nKind != static_cast<int>(pObject->GetType()))
+            continue;
+        if (nState != kAnyState && nState != pObject->GetStateType())
+            continue;
+        if (bNamed && pObject->GetName().empty())
+            continue;
+        nCount += bStations ? pObject->GetNumberOfStations() : 1;
+    }
+    return nCount;
+}
+
+CIEObject* CIEDataset::FindObject(std::string_view name) const
+{
+    if (!m_pIndex) {
+        m_pIndex = std::make_unique<TIndex>();
+        for (const auto& pObject : m_Objects)
+            EnterIndex(pObject.get());
+    }
+    const auto found = m_pIndex->find(name);
+    return found == m_pIndex->end() ? nullptr : found->second.front();
+}
+
+void CIEDataset::EnterIndex(CIEObject* pObject) const
+{
+    if (m_pIndex)
+        (*m_pIndex)[pObject->GetName()].push_back(pObject);
+}
+
+void CIEDataset::LeaveIndex(const CIEObject* pObject) const
+{
+    if (!m_pIndex)
+        return;
+    const auto found = m_pIndex->find(pObject->GetName());
+    if (found == m_pIndex->end())
+        return;
+    auto& objects = found->second;
+    // from the back, because the last object is the one that is taken out again and again
+    const auto place = std::find(objects.rbegin(), objects.rend(), pObject);
+    if (place != objects.rend())
+        objects.erase(std::next(place).base());
+    if (objects.empty())
+        m_pIndex->erase(found);
+}
+
+CIEPolygon* CIEDataset::TransformLineToPolygon(const CIEPolyLine* pLine)
+{
+    if (!pLine || pLine->GetType() != EIEObjectsType::PolyLine)
+        return nullptr;
+    const auto place =
+        std::find_if(m_Objects.rbegin(), m_Objects.rend(),
+                     [pLine](const std::unique_ptr<CIEObject>& pObject) { return pObject.get() == pLine; });
+    if (place == m_Objects.rend())
+        return nullptr;
+    LeaveIndex(pLine);
+    auto pPolygon = std::make_unique<CIEPolygon>(*pLine);
+    CIEPolygon* const pAdded = pPolygon.get();
+    *place = std::move(pPolygon);
+    pAdded->m_pOwner = this;
+    EnterIndex(pAdded);
+    return pAdded;
+}
+
+CIESurface* CIEDataset::GetSurfaceAt(int i) const
+{
+    return i >= 0 && i < GetNumberOfSurfaces() ? m_Surfaces[static_cast<std::size_t>(i)].get() : nullptr;
+}
+
+CIEAlignment* CIEDataset::GetAlignmentAt(int i) const
+{
+    return i >= 0 && i < GetNumberOfAlignments() ? m_Alignments[static_cast<std::size_t>(i)].get() : nullptr;
+}

@@ -1,0 +1,81 @@
+// A set of objects within a job.
+#pragma once
+
+#include "platform/api.h"
+#include "vellumlib/alignment.h"
+#include "vellumlib/objects.h"
+#include "vellumlib/surface.h"
+
+#include <string_view>
+#include <unordered_map>
+
+/// Objects in order, surfaces and alignments, under a name. Owns all that it is given.
+class ALIDADE_API CIEDataset {
+public:
+    explicit CIEDataset(CString name);
+    ~CIEDataset();
+    CIEDataset(const CIEDataset&) = delete;
+    CIEDataset& operator=(const CIEDataset&) = delete;
+
+    [[nodiscard]] const CString& GetName() const { return m_strName; }
+    void SetName(CString name) { m_strName = std::move(name); }
+
+    /// Adds an object behind the others and gives it back. Null adds nothing and gives null.
+    CIEObject* Add(std::unique_ptr<CIEObject> pObject);
+    CIESurface* Add(std::unique_ptr<CIESurface> pSurface);
+    CIEAlignment* Add(std::unique_ptr<CIEAlignment> pAlignment);
+
+    /// Takes object i out and deletes it; the ones behind it move up. Past the end nothing happens. Taking the last one
+    /// costs nothing, taking one from the middle as much as there are behind it.
+    void RemoveObject(int i);
+    /// Takes out and deletes the objects for which `unwanted` is true, in one pass.
+    template <class TPredicate>
+    void RemoveObjectsIf(TPredicate unwanted);
+    /// Null past the end.
+    [[nodiscard]] CIEObject* GetObjectAt(int i) const;
+
+    /// Objects of a kind (an EIEObjectsType, or -1 for all) in a state (a CIEObject::EState, or 2 for any). `bStations`
+    /// counts the objects' stations instead of the objects; `bNamed` counts only objects with a name.
+    /// (-1, 2, false, false) counts all that GetObjectAt reaches, in constant time.
+    [[nodiscard]] int GetNumberOfElements(int nKind, int nState, bool bStations, bool bNamed) const;
+
+    /// First object of that name, in the order in which they got it; null if there is none. Constant time once the
+    /// first call has built the index.
+    [[nodiscard]] CIEObject* FindObject(std::string_view name) const;
+
+    /// Puts a polygon with the same stations, name, codes, layer and state in the place of a polyline. Null, with
+    /// nothing changed, if that object isn't a polyline of this dataset. The last object is found at once.
+    CIEPolygon* TransformLineToPolygon(const CIEPolyLine* pLine);
+
+    [[nodiscard]] int GetNumberOfSurfaces() const { return static_cast<int>(m_Surfaces.size()); }
+    [[nodiscard]] CIESurface* GetSurfaceAt(int i) const;
+    void RemoveSurfaces() { m_Surfaces.clear(); }
+    [[nodiscard]] int GetNumberOfAlignments() const { return static_cast<int>(m_Alignments.size()); }
+    [[nodiscard]] CIEAlignment* GetAlignmentAt(int i) const;
+    void RemoveAlignments() { m_Alignments.clear(); }
+
+private:
+    friend class CIEObject;
+    struct TNameHash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view name) const { return std::hash<std::string_view>{}(name); }
+    };
+    /// Objects of each name in the order in which they got it.
+    using TIndex = std::unordered_map<CString, std::vector<CIEObject*>, TNameHash, std::equal_to<>>;
+
+    void EnterIndex(CIEObject* pObject) const;
+    void LeaveIndex(const CIEObject* pObject) const;
+
+    CString m_strName;
+    std::vector<std::unique_ptr<CIEObject>> m_Objects;
+    std::vector<std::unique_ptr<CIESurface>> m_Surfaces;
+    std::vector<std::unique_ptr<CIEAlignment>> m_Alignments;
+    mutable std::unique_ptr<TIndex> m_pIndex; // built by the first FindObject
+};
+
+template <class TPredicate>
+void CIEDataset::RemoveObjectsIf(TPredicate unwanted)
+{
+    std::erase_if(m_Objects, [&](const std::unique_ptr<CIEObject>& pObject) { return unwanted(*pObject); });
+    m_pIndex.reset();
+}

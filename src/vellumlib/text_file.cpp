@@ -1,0 +1,674 @@
+#include "vellumlib/text_file.h"
+
+#include "vellumlib/utils.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include <iconv.h>
+
+namespace {
+
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD"; // U+FFFD
+
+bool IsAsciiText(std::string_view text)
+{
+    unsigned char all = 0;
+    for (char c : text)
+        all = static_cast<unsigned char>(all | static_cast<unsigned char>(c));
+    return all < 0x80;
+}
+
+/// Bytes that the first byte of a UTF-8 character calls for.
+std::size_t CalledFor(char c)
+{
+    const auto lead = static_cast<unsigned char>(c);
+    return lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+}
+
+/// Bytes at the end of a text that begin a UTF-8 character and lack the rest of it; at most 3.
+std::size_t UnfinishedTail(std::string_view text)
+{
+    for (std::size_t nBack = 1; nBack <= std::min<std::size_t>(3, text.size()); ++nBack) {
+        const auto byte = static_cast<unsigned char>(text[text.size() - nBack]);
+        if ((byte & 0xC0U) != 0x80U)
+            return CalledFor(text[text.size() - nBack]) > nBack ? nBack : 0;
+    }
+    return 0;
+}
+
+/// Appends the text with every byte that isn't UTF-8 as U+FFFD.
+void AppendMended(CString& out, std::string_view text)
+{
+    while (!text.empty()) {
+        const std::string_view character = text.substr(0, CalledFor(text[0]));
+        const bool bValid = IEUtils::IsValidUtf8(character);
+        out.append(bValid ? character : kReplacement);
+        text.remove_prefix(bValid ? character.size() : 1);
+    }
+}
+
+/// Converts between encodings.
+class CConverter {
+public:
+    CConverter() = default;
+    ~CConverter() { Close(); }
+    CConverter(const CConverter&) = delete;
+    CConverter& operator=(const CConverter&) = delete;
+
+    /// False for an encoding that iconv doesn't know. Neither the empty name, which would be the encoding of the
+    /// locale, nor a suffix as in "ASCII//IGNORE", which would lose characters unseen, is a name.
+    bool Open(const CString& to, const CString& from)
+    {
+        Close();
+        if (to.empty() || from.empty() || (to + from).find_first_of(std::string_view("/\0", 2)) != CString::npos)
+            return false;
+        m_pHandle = ::iconv_open(to.c_str(), from.c_str());
+        return IsOpen();
+    }
+
+    void Close()
+    {
+        if (IsOpen())
+            ::iconv_close(m_pHandle);
+        m_pHandle = None();
+    }
+
+    bool IsOpen() const { return m_pHandle != None(); }
+
+    /// Forgets the state that earlier text has left, as before the first text.
+    void Restart() { ::iconv(m_pHandle, nullptr, nullptr, nullptr, nullptr); }
+
+    /// Appends the text as far as it can be converted, and gives the rest: empty, or beginning with a character that
+    /// has no meaning in the one encoding or no place in the other.
+    std::string_view Convert(CString& out, std::string_view text)
+    {
+        // iconv takes a pointer to what it only reads
+        char* pIn = const_cast<char*>(text.data());
+        std::size_t nIn = text.size();
+        while (nIn > 0 && !Step(out, &pIn, &nIn) && errno == E2BIG) {
+        }
+        return text.substr(text.size() - nIn);
+    }
+
+    /// Appends what ends the text in an encoding that switches between sets of characters.
+    void Finish(CString& out)
+    {
+        while (!Step(out, nullptr, nullptr) && errno == E2BIG) {
+        }
+    }
+
+private:
+    static iconv_t None() { return reinterpret_cast<iconv_t>(-1); }
+
+    bool Step(CString& out, char** ppIn, std::size_t* pnIn)
+    {
+        char buffer[1024];
+        char* pOut = buffer;
+        std::size_t nOut = sizeof buffer;
+        const std::size_t result = ::iconv(m_pHandle, ppIn, pnIn, &pOut, &nOut);
+        const int nError = errno;
+        out.append(buffer, pOut);
+        errno = nError;
+        return result != static_cast<std::size_t>(-1);
+    }
+
+    iconv_t m_pHandle = None();
+};
+
+/// True if text in the encoding can be cut at the bytes of line ends and its ASCII characters are those of ASCII;
+/// `bWhole` asks for all of them, otherwise the line ends are enough.
+bool KeepsAscii(CConverter& converter, bool bWhole)
+{
+    CString ascii = "\r\n";
+    if (bWhole) {
+        ascii += '\t';
+        for (char c = ' '; c <= '~'; ++c)
+            ascii += c;
+    }
+    CString converted;
+    const bool bAll = converter.Convert(converted, ascii).empty();
+    converter.Restart();
+    return bAll && converted == ascii;
+}
+
+/// An encoding's name without the marks that its spellings differ in.
+CString PlainName(const CString& encoding)
+{
+    CString name = IEUtils::ToLower(encoding);
+    std::erase_if(name, [](char c) { return c == '-' || c == '_'; });
+    return name;
+}
+
+/// Tells 16-bit text by its first bytes: most units lack one of their bytes, always the same one, as only characters
+/// beyond U+00FF have both. Empty for a text of bytes, which a few stray zeros, or rows of them, don't make 16-bit.
+CString FindUnits(std::string_view text)
+{
+    constexpr std::size_t kFewestUnits = 4;
+    constexpr std::size_t kUnitsForOneStray = 16;
+    const std::size_t nUnits = text.size() / 2;
+    std::size_t nFirst = 0;
+    std::size_t nSecond = 0;
+    for (std::size_t i = 0; i < nUnits; ++i) {
+        nFirst += text[2 * i] == '\0';
+        nSecond += text[2 * i + 1] == '\0';
+    }
+    if (nUnits < kFewestUnits)
+        return {};
+    if (nSecond > nUnits / 2 && nFirst <= nUnits / kUnitsForOneStray)
+        return "UTF-16LE";
+    if (nFirst > nUnits / 2 && nSecond <= nUnits / kUnitsForOneStray)
+        return "UTF-16BE";
+    return {};
+}
+
+} // namespace
+
+// The state holds a view of the reader's buffer and the index up to which its bytes are taken, so that a line costs no
+// call into the reader.
+struct CIETextFile::TState {
+    enum class EKind {
+        Plain,    ///< UTF-8 that was looked through from end to end
+        Marked,   ///< UTF-8 by its mark alone
+        CodePage, ///< bytes for iconv
+        Units,    ///< 16-bit text
+    };
+
+    CIEFileReader m_File;
+    CString m_strFileName;
+    CString m_strEncoding;
+    EKind m_eKind = EKind::Plain;
+    bool m_bBigEndian = false;
+    bool m_bAsciiPasses = false; ///< a line of ASCII needs no iconv
+    CConverter m_Converter;
+    std::uint64_t m_nStart = 0; ///< length of the mark
+    std::int64_t m_nLine = 0;
+    bool m_bCut = false;
+    bool m_bMended = false;
+
+    std::string_view m_Block;  ///< bytes that the reader shows
+    std::size_t m_nAt = 0;     ///< of them, those taken
+    std::size_t m_nNextLf = 0; ///< index in the block of the first LF from m_nAt on, the block's size if it has none
+    CString m_strLong;         ///< a line that was too long
+    CString m_strConverted;    ///< a line that had to be converted
+    char16_t m_cHigh = 0;      ///< first half of a surrogate pair
+
+    bool ShowMore(std::size_t count);
+    void GoTo(std::uint64_t position);
+
+    void FindEncoding(const CString& codePage);
+    bool IsUtf8ToTheEnd();
+    void OpenCodePage(const CString& codePage);
+
+    std::size_t FindLineEnd(std::size_t from);
+    bool TakeBytes(std::string_view& line);
+    bool TakeLongLine(std::string_view& line);
+    void TakeLineEnd(std::size_t end);
+    void Convert(std::string_view& line);
+
+    bool PeekUnit(char16_t& c);
+    bool TakeUnits(std::string_view& line);
+    void AppendUnit(char16_t c);
+    void AppendReplacement();
+};
+
+/// Makes the block hold at least `count` bytes from m_nAt on. False if the file ends first.
+bool CIETextFile::TState::ShowMore(std::size_t count)
+{
+    m_File.Skip(m_nAt);
+    m_nAt = 0;
+    m_Block = m_File.Peek(count);
+    m_nNextLf = 0;
+    return m_Block.size() >= count;
+}
+
+void CIETextFile::TState::GoTo(std::uint64_t position)
+{
+    m_Block = {};
+    m_nAt = m_nNextLf = 0;
+    // a file that broke while it was read may refuse; it has no bytes to show then
+    (void)m_File.Seek(position);
+}
+
+void CIETextFile::TState::FindEncoding(const CString& codePage)
+{
+    constexpr std::size_t kLookedAt = 4096;
+    const std::string_view head = m_File.Peek(kLookedAt).substr(0, kLookedAt);
+    m_strEncoding = head.starts_with("\xFF\xFE") ? "UTF-16LE" : head.starts_with("\xFE\xFF") ? "UTF-16BE" : "";
+    m_nStart = m_strEncoding.empty() ? 0 : 2;
+    if (m_strEncoding.empty())
+        m_strEncoding = FindUnits(head);
+    if (!m_strEncoding.empty()) {
+        m_eKind = EKind::Units;
+        m_bBigEndian = m_strEncoding == "UTF-16BE";
+    } else if (head.starts_with("\xEF\xBB\xBF")) {
+        m_eKind = EKind::Marked;
+        m_strEncoding = "UTF-8";
+        m_nStart = 3;
+    } else if (IsUtf8ToTheEnd()) {
+        m_eKind = EKind::Plain;
+        m_strEncoding = "UTF-8";
+    } else {
+        m_eKind = EKind::CodePage;
+        OpenCodePage(codePage);
+    }
+}
+
+bool CIETextFile::TState::IsUtf8ToTheEnd()
+{
+    std::size_t nTail = 0;
+    for (;;) {
+        const std::string_view block = m_File.Peek(nTail + 1);
+        if (block.size() <= nTail)
+            return nTail == 0;
+        nTail = UnfinishedTail(block);
+        if (!IEUtils::IsValidUtf8(block.substr(0, block.size() - nTail)))
+            return false;
+        m_File.Skip(block.size() - nTail);
+    }
+}
+
+void CIETextFile::TState::OpenCodePage(const CString& codePage)
+{
+    m_strEncoding = codePage;
+    if (!m_Converter.Open("UTF-8", codePage) || !KeepsAscii(m_Converter, false)) {
+        m_strEncoding = "CP1252";
+        if (!m_Converter.Open("UTF-8", m_strEncoding))
+            return;
+    }
+    m_bAsciiPasses = KeepsAscii(m_Converter, true);
+}
+
+/// Index in the block of the first LF or CR from `from` on, the block's size if there is none. The LF ahead is
+/// remembered: else a file with CR alone would be searched for it again and again.
+std::size_t CIETextFile::TState::FindLineEnd(std::size_t from)
+{
+    const char* const pBlock = m_Block.data();
+    if (m_nNextLf < from || m_nNextLf == 0) {
+        const std::size_t lf = m_Block.find('\n', from);
+        m_nNextLf = std::min(lf, m_Block.size());
+    }
+    const void* const pCr = from < m_nNextLf ? std::memchr(pBlock + from, '\r', m_nNextLf - from) : nullptr;
+    return pCr ? static_cast<std::size_t>(static_cast<const char*>(pCr) - pBlock) : m_nNextLf;
+}
+
+bool CIETextFile::TState::TakeBytes(std::string_view& line)
+{
+    std::size_t end = FindLineEnd(m_nAt);
+    // a CR at the end of the block may have its LF in the next one
+    while (end + 1 >= m_Block.size() && (end == m_Block.size() || m_Block[end] == '\r') &&
+           end - m_nAt <= kLongestLine) {
+        const std::size_t nSearched = end - m_nAt;
+        const std::size_t nHeld = m_Block.size() - m_nAt;
+        const bool bMore = ShowMore(nHeld + 1);
+        end = FindLineEnd(nSearched);
+        if (bMore)
+            continue;
+        if (nHeld == 0)
+            return false;
+        break;
+    }
+    if (end - m_nAt > kLongestLine)
+        return TakeLongLine(line);
+    line = std::string_view(m_Block.data() + m_nAt, end - m_nAt);
+    TakeLineEnd(end);
+    return true;
+}
+
+/// Takes the line end that begins at that index of the block, if the file doesn't end there.
+void CIETextFile::TState::TakeLineEnd(std::size_t end)
+{
+    const bool bCr = end < m_Block.size() && m_Block[end] == '\r';
+    const bool bCrLf = bCr && end + 1 < m_Block.size() && m_Block[end + 1] == '\n';
+    m_nAt = std::min(end + (bCrLf ? 2 : 1), m_Block.size());
+}
+
+/// Keeps the front of a line that is too long, up to a whole character, and passes over the rest.
+bool CIETextFile::TState::TakeLongLine(std::string_view& line)
+{
+    m_strLong.assign(m_Block.substr(m_nAt, kLongestLine));
+    if (m_eKind == EKind::Plain || m_eKind == EKind::Marked)
+        m_strLong.resize(m_strLong.size() - UnfinishedTail(m_strLong));
+    line = m_strLong;
+    m_bCut = true;
+    m_nAt += kLongestLine;
+    std::size_t end = FindLineEnd(m_nAt);
+    while (end == m_Block.size()) {
+        m_nAt = end;
+        if (!ShowMore(1))
+            return true;
+        end = FindLineEnd(0);
+    }
+    m_nAt = end;
+    if (m_Block.size() - end < 2) {
+        (void)ShowMore(2);
+        end = 0;
+    }
+    TakeLineEnd(end);
+    return true;
+}
+
+/// Makes a line of bytes UTF-8.
+void CIETextFile::TState::Convert(std::string_view& line)
+{
+    const bool bHasConverter = m_Converter.IsOpen();
+    if (bHasConverter ? m_bAsciiPasses && IsAsciiText(line) : IEUtils::IsValidUtf8(line))
+        return;
+    m_strConverted.clear();
+    if (!bHasConverter) {
+        AppendMended(m_strConverted, line);
+        m_bMended = true;
+    } else {
+        line = m_Converter.Convert(m_strConverted, line);
+        while (!line.empty()) {
+            AppendReplacement();
+            line = m_Converter.Convert(m_strConverted, line.substr(1));
+        }
+        m_Converter.Restart();
+    }
+    line = m_strConverted;
+}
+
+void CIETextFile::TState::AppendReplacement()
+{
+    m_strConverted += kReplacement;
+    m_bMended = true;
+}
+
+/// Looks at the next unit of 16-bit text. False at the end of the file, or one byte ahead of it.
+bool CIETextFile::TState::PeekUnit(char16_t& c)
+{
+    if (m_Block.size() - m_nAt < 2 && !ShowMore(2))
+        return false;
+    const auto first = static_cast<unsigned char>(m_Block[m_nAt]);
+    const auto second = static_cast<unsigned char>(m_Block[m_nAt + 1]);
+    c = static_cast<char16_t>(m_bBigEndian ? first << 8U | second : second << 8U | first);
+    return true;
+}
+
+bool CIETextFile::TState::TakeUnits(std::string_view& line)
+{
+    m_strConverted.clear();
+    m_cHigh = 0;
+    std::size_t nBytes = 0;
+    char16_t c = 0;
+    bool bEnd = false;
+    while (!bEnd && PeekUnit(c)) {
+        m_nAt += 2;
+        nBytes += 2;
+        bEnd = c == u'\n' || c == u'\r';
+        if (!bEnd && nBytes <= kLongestLine)
+            AppendUnit(c);
+        else if (!bEnd)
+            m_bCut = true;
+    }
+    if (m_cHigh != 0)
+        AppendReplacement();
+    if (bEnd) {
+        if (c == u'\r' && PeekUnit(c) && c == u'\n')
+            m_nAt += 2;
+    } else if (m_nAt < m_Block.size()) {
+        // half a unit is left at the end of the file
+        ++m_nAt;
+        AppendReplacement();
+    } else if (nBytes == 0) {
+        return false;
+    }
+    line = m_strConverted;
+    return true;
+}
+
+void CIETextFile::TState::AppendUnit(char16_t c)
+{
+    const bool bLow = c >= 0xDC00 && c <= 0xDFFF;
+    if (m_cHigh != 0 && bLow) {
+        const char32_t whole = 0x10000U + ((m_cHigh - 0xD800U) << 10U) + (c - 0xDC00U);
+        const char bytes[] = {
+            static_cast<char>(0xF0U | whole >> 18U), static_cast<char>(0x80U | (whole >> 12U & 0x3FU)),
+            static_cast<char>(0x80U | (whole >> 6U & 0x3FU)), static_cast<char>(0x80U | (whole & 0x3FU))};
+        m_strConverted.append(bytes, sizeof bytes);
+        m_cHigh = 0;
+        return;
+    }
+    if (m_cHigh != 0)
+        AppendReplacement();
+    m_cHigh = c >= 0xD800 && c <= 0xDBFF ? c : u'\0';
+    if (c < 0x80)
+        m_strConverted += static_cast<char>(c);
+    else if (bLow)
+        AppendReplacement();
+    else if (m_cHigh == 0)
+        m_strConverted += IEUtils::CharToString(c);
+}
+
+CIETextFile::CIETextFile() : m_pState(std::make_unique<TState>()) {}
+
+CIETextFile::~CIETextFile() = default;
+
+bool CIETextFile::Open(const CString& strFileName, const CString& codePage)
+{
+    m_pState = std::make_unique<TState>();
+    m_pState->m_strFileName = strFileName;
+    if (!m_pState->m_File.Open(strFileName))
+        return false;
+    m_pState->FindEncoding(codePage);
+    Rewind();
+    return true;
+}
+
+void CIETextFile::Close()
+{
+    m_pState->m_Block = {};
+    m_pState->m_nAt = m_pState->m_nNextLf = 0;
+    m_pState->m_File.Close();
+}
+
+const CString& CIETextFile::GetFileName() const
+{
+    return m_pState->m_strFileName;
+}
+
+bool CIETextFile::ReadLine(std::string_view& line)
+{
+    TState& state = *m_pState;
+    line = {};
+    state.m_bCut = state.m_bMended = false;
+    const bool bUnits = state.m_eKind == TState::EKind::Units;
+    if (!(bUnits ? state.TakeUnits(line) : state.TakeBytes(line)))
+        return false;
+    if (!bUnits && state.m_eKind != TState::EKind::Plain)
+        state.Convert(line);
+    ++state.m_nLine;
+    return true;
+}
+
+std::int64_t CIETextFile::GetLineNumber() const
+{
+    return m_pState->m_nLine;
+}
+
+bool CIETextFile::WasCut() const
+{
+    return m_pState->m_bCut;
+}
+
+bool CIETextFile::WasMended() const
+{
+    return m_pState->m_bMended;
+}
+
+std::uint64_t CIETextFile::GetLength() const
+{
+    return m_pState->m_File.GetLength();
+}
+
+std::uint64_t CIETextFile::GetPosition() const
+{
+    return m_pState->m_File.GetPosition() + m_pState->m_nAt;
+}
+
+void CIETextFile::Rewind()
+{
+    TState& state = *m_pState;
+    state.GoTo(state.m_nStart);
+    state.m_nLine = 0;
+    state.m_bCut = state.m_bMended = false;
+}
+
+bool CIETextFile::IsUnicode() const
+{
+    return m_pState->m_eKind == TState::EKind::Units;
+}
+
+const CString& CIETextFile::GetEncoding() const
+{
+    return m_pState->m_strEncoding;
+}
+
+bool CIETextFile::HasFailed() const
+{
+    return m_pState->m_File.HasFailed();
+}
+
+struct CIETextWriter::TState {
+    CIEFileWriter m_File;
+    CString m_strFileName;
+    CConverter m_Converter; ///< closed for UTF-8
+    CString m_strWaiting;   ///< text that may end within a character
+    CString m_strConverted;
+    std::int64_t m_nReplaced = 0;
+
+    bool OpenEncoding(const CString& encoding);
+    void Replace();
+    void Convert(std::string_view text);
+    bool Write(std::string_view text);
+    bool Close();
+};
+
+/// Sets the encoding and the mark that it begins with.
+bool CIETextWriter::TState::OpenEncoding(const CString& encoding)
+{
+    const CString name = PlainName(encoding);
+    if (name == "utf8")
+        return true;
+    // iconv would choose the order of "UTF-16" by the machine
+    if (name == "utf16" || name == "utf16le") {
+        m_strConverted = "\xFF\xFE";
+        return m_Converter.Open("UTF-16LE", "UTF-8");
+    }
+    if (name == "utf16be") {
+        m_strConverted = "\xFE\xFF";
+        return m_Converter.Open("UTF-16BE", "UTF-8");
+    }
+    return m_Converter.Open(encoding, "UTF-8");
+}
+
+void CIETextWriter::TState::Replace()
+{
+    m_Converter.Convert(m_strConverted, "?");
+    ++m_nReplaced;
+}
+
+/// Converts whole characters.
+void CIETextWriter::TState::Convert(std::string_view text)
+{
+    text = m_Converter.Convert(m_strConverted, text);
+    while (!text.empty()) {
+        Replace();
+        text.remove_prefix(IEUtils::Left(text, 1).size());
+        text = m_Converter.Convert(m_strConverted, text);
+    }
+}
+
+bool CIETextWriter::TState::Write(std::string_view text)
+{
+    if (!m_Converter.IsOpen() || !m_File.IsOpen())
+        return m_File.Write(text);
+    m_strWaiting.append(text);
+    const std::size_t nWhole = m_strWaiting.size() - UnfinishedTail(m_strWaiting);
+    m_strConverted.clear();
+    Convert(std::string_view(m_strWaiting).substr(0, nWhole));
+    m_strWaiting.erase(0, nWhole);
+    return m_File.Write(m_strConverted);
+}
+
+bool CIETextWriter::TState::Close()
+{
+    if (m_Converter.IsOpen() && m_File.IsOpen()) {
+        m_strConverted.clear();
+        if (!m_strWaiting.empty())
+            Replace();
+        m_strWaiting.clear();
+        m_Converter.Finish(m_strConverted);
+        // the file keeps a failure in mind until it is closed
+        (void)m_File.Write(m_strConverted);
+    }
+    return m_File.Close();
+}
+
+CIETextWriter::CIETextWriter() : m_pState(std::make_unique<TState>()) {}
+
+CIETextWriter::~CIETextWriter()
+{
+    m_pState->Close();
+}
+
+bool CIETextWriter::Create(const CString& strFileName, const CString& encoding)
+{
+    m_pState->Close();
+    m_pState = std::make_unique<TState>();
+    m_pState->m_strFileName = strFileName;
+    // an unknown encoding must not cost the file that is there
+    return m_pState->OpenEncoding(encoding) && m_pState->m_File.Create(strFileName) &&
+           m_pState->m_File.Write(m_pState->m_strConverted);
+}
+
+bool CIETextWriter::IsOpen() const
+{
+    return m_pState->m_File.IsOpen();
+}
+
+const CString& CIETextWriter::GetFileName() const
+{
+    return m_pState->m_strFileName;
+}
+
+bool CIETextWriter::Write(std::string_view text)
+{
+    return m_pState->Write(text);
+}
+
+bool CIETextWriter::Close()
+{
+    return m_pState->Close();
+}
+
+std::int64_t CIETextWriter::GetReplacedCharacters() const
+{
+    return m_pState->m_nReplaced;
+}
+
+CIEFileWriter& CIETextWriter::GetFile()
+{
+    return m_pState->m_File;
+}
+
+CIETextLine& CIETextLine::AddInt(std::int64_t nValue)
+{
+    return Add(IEUtils::IntToString(nValue));
+}
+
+CIETextLine& CIETextLine::AddFixed(double dValue, int nDecimals)
+{
+    IEUtils::AppendDouble(m_strText, dValue, nDecimals);
+    return *this;
+}
+
+bool CIETextLine::EndTo(CIETextWriter& file)
+{
+    m_strText += "\r\n";
+    const bool bWritten = file.Write(m_strText);
+    m_strText.clear();
+    return bWritten;
+}
