@@ -1,0 +1,39 @@
+#include "formats/dxf/formats.h"
+
+#include "frame/file_head.h"
+
+namespace {
+
+constexpr auto kIn = EIEDirection::Import;
+constexpr auto kOut = EIEDirection::Export;
+
+constexpr unsigned kDrawing = CARRIES_POINTS | CARRIES_LINES | CARRIES_POLYGONS | CARRIES_ARCS | CARRIES_SURFACES |
+                              CARRIES_CODES | CARRIES_ATTRIBUTES | CARRIES_LAYERS;
+
+EIERecognition Recognize(std::string_view head)
+{
+    // this reader's own mark of a binary file ends in 0x16; the usual one, in 0x1A, is the drawing engine's
+    constexpr std::string_view kBinary = "AutoCAD Binary DXF\r\n";
+    if (head.starts_with(kBinary))
+        return head.substr(kBinary.size()).starts_with('\x16') ? EIERecognition::Surely : EIERecognition::Perhaps;
+
+    const FileHead::TIEGroup group = FileHead::GetFirstGroup(head);
+    return group.m_nCode == 0 && group.m_strValue == "SECTION" ? EIERecognition::Surely : EIERecognition::No;
+}
+
+// clang-format off
+constexpr TIEFormatRow kRows[] = {
+    {kIn,  4, "dxf", "DXF drawing", "dxf",     kDrawing,
+     "X is east, Y is north. Points, lines, polylines, arcs, 3D faces and layers; attributes of block references become codes.",
+     nullptr, nullptr, Recognize},
+    {kOut, 4, "dxf", "DXF drawing", "dxf dxb", kDrawing,
+     "X is east, Y is north; 6 decimals in the job's units. Objects with codes become blocks with attributes."},
+};
+// clang-format on
+
+} // namespace
+
+TIEFormatRows GetDxfFormats()
+{
+    return kRows;
+}

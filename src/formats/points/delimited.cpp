@@ -1,0 +1,237 @@
+#include "formats/points/delimited.h"
+
+#include "frame/delimited_text.h"
+#include "frame/format_row.h"
+#include "frame/point_importer.h"
+#include "vellumlib/utils.h"
+
+#include <algorithm>
+
+namespace {
+
+bool IsPlainText(std::string_view text)
+{
+    for (const char c : text) {
+        const bool bPlain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
+                            static_cast<unsigned char>(c) >= 0x80;
+        if (!bPlain)
+            return false;
+    }
+    return true;
+}
+
+/// Whether two codes of different dictionaries say the same.
+bool AreEqual(const CIECodeValues& left, const CIECodeValues& right, bool bTypes)
+{
+    const CIECodeDescription& leftCode = *left.GetDescription();
+    const CIECodeDescription& rightCode = *right.GetDescription();
+    if (leftCode.GetName() != rightCode.GetName() || leftCode.GetSize() != rightCode.GetSize() ||
+        left.GetNumberOfAttrs() != right.GetNumberOfAttrs() ||
+        left.GetNumberOfCodeStrings() != right.GetNumberOfCodeStrings())
+        return false;
+    for (int i = 0; i < leftCode.GetSize(); ++i) {
+        const CIEAttrDescription& leftAttr = *leftCode.GetAttrDescriptionAt(i);
+        const CIEAttrDescription& rightAttr = *rightCode.GetAttrDescriptionAt(i);
+        if (bTypes ? !(leftAttr == rightAttr) : leftAttr.GetName() != rightAttr.GetName())
+            return false;
+    }
+    for (int i = 0; i < left.GetNumberOfAttrs(); ++i) {
+        if (left.GetAttrAt(i) != right.GetAttrAt(i))
+            return false;
+    }
+    for (int i = 0; i < left.GetNumberOfCodeStrings(); ++i) {
+        if (left.GetCodeStringAt(i) != right.GetCodeStringAt(i))
+            return false;
+    }
+    return left.GetControlCode(0) == right.GetControlCode(0) && left.GetControlCode(1) == right.GetControlCode(1);
+}
+
+bool HaveEqualCodes(const CIEObject& left, const CIEObject& right, bool bTypes)
+{
+    if (left.GetNumberOfCodes() != right.GetNumberOfCodes())
+        return false;
+    for (int i = 0; i < left.GetNumberOfCodes(); ++i) {
+        if (!AreEqual(*left.GetCode(i), *right.GetCode(i), bTypes))
+            return false;
+    }
+    return true;
+}
+
+bool HasTypedAttributes(const CIEDataDictionary& dictionary)
+{
+    for (int i = 0; const CIECodeDescription* const pCode = dictionary.GetCodeDescriptionAt(i); ++i) {
+        for (int j = 0; const CIEAttrDescription* const pAttr = pCode->GetAttrDescriptionAt(j); ++j) {
+            if (pAttr->GetType() != CIEAttrDescription::TEXT)
+                return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+/// Reads one line as an import of the written file would, into a job of its own.
+class CIEDelimitedExporter::CReader {
+public:
+    explicit CReader(const CIEData& job) : m_Importer(&m_Job, {})
+    {
+        m_Job.SetSettings(job.GetCopyOfSettings());
+        *m_Job.GetJobInfo() = *job.GetJobInfo();
+    }
+
+    std::unique_ptr<CIEObject> Read(std::string_view line)
+    {
+        std::unique_ptr<CIEObject> pObject;
+        const EIEResult eResult = m_Importer.ParseLine(line, pObject);
+        return eResult == IE_OK ? std::move(pObject) : nullptr;
+    }
+
+private:
+    CIEData m_Job;
+    CIEPointImporter m_Importer;
+};
+
+CIEDelimitedExporter::CIEDelimitedExporter(CIEData* pData, const CString& strFileName)
+    : CIEPointExporter(pData, strFileName)
+{
+}
+
+CIEDelimitedExporter::~CIEDelimitedExporter() = default;
+
+bool CIEDelimitedExporter::OpenFile()
+{
+    const unsigned nCarries = CarriedByLayout();
+    SetCarries(nCarries);
+    if (m_pData->GetObserver()) {
+        m_pReader = std::make_shared<CReader>(*m_pData);
+        const IEAsciiFields::TFields& layout = m_pData->GetSettings().GetAsciiFormat().m_Fields;
+        m_bPlainLayout = IEAsciiFields::FindTypeInArray(IEAsciiFields::Name, layout) >= 0
+                         && std::count_if(layout.begin(), layout.end(), IEAsciiFields::IsCodes) <= 1;
+        if ((nCarries & CARRIES_ATTRIBUTES) && !m_pData->GetSettings().m_bAttrTypes &&
+            HasTypedAttributes(*m_pData->GetIEDataDictionary()))
+            Note(TIENote::Changed, "job.attribute-types", {},
+                 "without type words, every attribute reads back as text; the settings can ask for them");
+    }
+    return CIEPointExporter::OpenFile();
+}
+
+unsigned CIEDelimitedExporter::CarriedByLayout() const
+{
+    unsigned nCarries = CARRIES_POINTS | CARRIES_LINES | CARRIES_POLYGONS;
+    for (const IEAsciiFields::EType field : m_pData->GetSettings().GetAsciiFormat().m_Fields) {
+        if (IEAsciiFields::IsCodes(field))
+            nCarries |= CARRIES_CODES;
+        // what a field of attributes or of strings alone leaves out shows when the line is read back
+        if (IEAsciiFields::IsCodes(field) && field != IEAsciiFields::Codes)
+            nCarries |= CARRIES_ATTRIBUTES;
+        if (field == IEAsciiFields::Notes)
+            nCarries |= CARRIES_NOTES;
+        if (field == IEAsciiFields::GeoidHeight)
+            nCarries |= CARRIES_GEOID_HEIGHTS;
+    }
+    return nCarries;
+}
+
+bool CIEDelimitedExporter::ExportObject(int nIndex)
+{
+    const CIEDataset* const pDataset = m_pData->GetCurDataset(false);
+    if (const CIEObject* const pObject = pDataset ? pDataset->GetObjectAt(nIndex) : nullptr; pObject && m_pReader)
+        NoteJoins(*pObject);
+    return CIEPointExporter::ExportObject(nIndex);
+}
+
+void CIEDelimitedExporter::NoteJoins(const CIEObject& object)
+{
+    const bool bPoint = object.GetGroupType() == CIEObject::PointLike;
+    const bool bLine = object.GetGroupType() == CIEObject::LineLike;
+    if (!bPoint && !bLine)
+        return;
+    const CString& strName = object.GetName();
+    const int nStations = object.GetNumberOfStations();
+    if (m_bLastNamed && nStations > 0 && strName == m_strLastName)
+        Note(TIENote::Changed, "object.joined", strName,
+             "it follows an object of the same name, and the reader makes one line of both");
+    if (bLine) {
+        const auto& line = static_cast<const CIEPolyLine&>(object);
+        if (nStations == 0)
+            Note(TIENote::LeftOut, "object.no-station", strName, "a line without stations leaves no trace in the file");
+        else if (nStations == 1 || strName.empty())
+            Note(TIENote::Changed, "object.line-as-points", strName,
+                 "without a name, or with a single station, it reads back as points");
+        else if ((object.GetType() == EIEObjectsType::Polygon) != line.IsClosed())
+            Note(TIENote::Changed, "object.ring", strName,
+                 line.IsClosed() ? "a line that ends where it starts reads back as a polygon"
+                                 : "a polygon whose last station isn't its first reads back as a line");
+    }
+    if (nStations > 0) {
+        m_strLastName = strName;
+        m_bLastNamed = !strName.empty();
+    }
+}
+
+bool CIEDelimitedExporter::WriteStation(const CIEStation* pStation, const CIEObject* pObject)
+{
+    if (!pObject || !pStation)
+        return true;
+    if (!m_pFile)
+        return false;
+    MakeLine(*pStation, *pObject);
+    if (m_pReader) {
+        NoteBytes(pObject->GetName());
+        if (!IsPlain(*pStation, *pObject))
+            NoteLine(*pStation, *pObject);
+    }
+    return m_Line.EndTo(*m_pFile);
+}
+
+/// Tells of a line that has a meaning for the file as a whole.
+void CIEDelimitedExporter::NoteBytes(const CString& strName)
+{
+    const std::string_view line = m_Line.GetText();
+    if (line.find('\0') != std::string_view::npos)
+        Note(TIENote::Changed, "line.zero-byte", strName,
+             "it holds a zero byte, by which a reader may take the file for 16-bit text");
+    const bool bStart = m_bFirstLine && !m_pData->GetSettings().GetAsciiFormat().m_bWriteHeader;
+    m_bFirstLine = false;
+    if (bStart && (line.starts_with("\uFEFF") || line.find(DelimitedText::kHeaderStart) != std::string_view::npos))
+        Note(TIENote::Changed, "line.file-start", strName,
+             "at the start of the file, its text is a byte order mark or a header line to the reader");
+}
+
+bool CIEDelimitedExporter::IsPlain(const CIEStation& station, const CIEObject& object) const
+{
+    if (!m_bPlainLayout || object.GetType() == EIEObjectsType::PTLPoint || object.GetName().empty() || !IsPlainText(object.GetName()) ||
+        !IsPlainText(station.GetNotes()))
+        return false;
+    for (int i = 0; const CIECodeValues* const pCode = object.GetCode(i); ++i) {
+        const bool bBare = pCode->GetNumberOfAttrs() == 0 && pCode->GetDescription()->GetSize() == 0 &&
+                           pCode->GetNumberOfCodeStrings() == 0 && pCode->GetControlCode(0).empty() &&
+                           pCode->GetControlCode(1).empty();
+        if (!bBare || pCode->GetDescription()->GetName().empty() || !IsPlainText(pCode->GetDescription()->GetName()))
+            return false;
+    }
+    return true;
+}
+
+void CIEDelimitedExporter::NoteLine(const CIEStation& station, const CIEObject& object)
+{
+    const IEAsciiFields::TFields& layout = m_pData->GetSettings().GetAsciiFormat().m_Fields;
+    const auto has = [&layout](IEAsciiFields::EType type) { return IEAsciiFields::FindTypeInArray(type, layout) >= 0; };
+    const CString& strName = object.GetName();
+    if (m_Line.IsEmpty()) {
+        Note(TIENote::Changed, "line.blank", strName,
+             "its line is blank, and a blank line ends the data for the reader");
+        return;
+    }
+    const std::unique_ptr<CIEObject> pRead = m_pReader->Read(m_Line.GetText());
+    if (!pRead) {
+        Note(TIENote::Changed, "line.unreadable", strName, "the reader will refuse its line");
+        return;
+    }
+    if (has(IEAsciiFields::Name) ? pRead->GetName() != strName : !strName.empty())
+        Note(TIENote::Changed, "object.name", strName, "its name doesn't come back as it is");
+    if (has(IEAsciiFields::Notes) && pRead->GetStation(0)->GetNotes() != station.GetNotes())
+        Note(TIENote::Changed, "object.notes", strName, "its notes don't come back as they are");
+    if ((CarriedByLayout() & CARRIES_CODES) && !HaveEqualCodes(*pRead, object, m_pData->GetSettings().m_bAttrTypes))
+        Note(TIENote::Changed, "object.codes", strName, "its codes don't come back as they are");
+}

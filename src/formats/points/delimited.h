@@ -1,0 +1,31 @@
+// User-defined delimited text, for the factory: the reader and the writer themselves are the defaults of the frame.
+#pragma once
+
+#include "frame/point_exporter.h"
+
+/// Writes delimited text and tells the host what won't come back from it as it is in the job: what the layout has no
+/// field for, what the reader will join into a line, and texts whose characters mean something else to the reader.
+class CIEDelimitedExporter : public CIEPointExporter {
+public:
+    CIEDelimitedExporter(CIEData* pData, const CString& strFileName);
+    ~CIEDelimitedExporter() override;
+
+    bool OpenFile() override;
+    bool ExportObject(int nIndex) override;
+    bool WriteStation(const CIEStation* pStation, const CIEObject* pObject) override;
+
+private:
+    class CReader;
+
+    [[nodiscard]] unsigned CarriedByLayout() const;
+    void NoteJoins(const CIEObject& object);
+    void NoteLine(const CIEStation& station, const CIEObject& object);
+    void NoteBytes(const CString& strName);
+    [[nodiscard]] bool IsPlain(const CIEStation& station, const CIEObject& object) const;
+
+    std::shared_ptr<CReader> m_pReader; ///< reads doubtful lines back; null without an observer
+    CString m_strLastName;              ///< of the object ahead, if its lines end in a named one
+    bool m_bLastNamed = false;
+    bool m_bPlainLayout = false; ///< names have a field, and codes have one at the most
+    bool m_bFirstLine = true;    ///< nothing of the file is written yet
+};

@@ -1,0 +1,196 @@
+#include "formats/points/sima.h"
+
+#include "vellumlib/utils.h"
+
+namespace {
+
+constexpr std::string_view kJobTag = "G00";
+constexpr std::string_view kJobLine = "G00,03,";
+constexpr std::string_view kDataStart = "A00,";
+constexpr std::string_view kPointRecord = "A01,";
+constexpr std::string_view kDataEnd = "A99,";
+constexpr int kDecimals = 3;
+
+// fields of a point record
+constexpr std::size_t kNumberField = 1;
+constexpr std::size_t kNameField = 2;
+constexpr std::size_t kNorthField = 3;
+constexpr std::size_t kEastField = 4;
+constexpr std::size_t kHeightField = 5;
+
+} // namespace
+
+EIEResult CIESimaImporter::Import()
+{
+    CIETextFile file;
+    if (!file.Open(m_strFileName, m_pData->GetSettings().m_strCodePage))
+        return IE_CANNOT_OPEN_FILE;
+    m_nFileLength = file.GetLength();
+    CIEDataset* const pDataset = m_pData->AddDataset(std::make_unique<CIEDataset>("Import dataset"));
+    const EIEResult eResult = ReadRecords(file, *pDataset);
+    if (file.HasFailed())
+        Note(TIENote::Refused, "file.read-failed", file.GetLineNumber() + 1, {}, "the rest of the file can't be read");
+    Progress(file);
+    return eResult;
+}
+
+EIEResult CIESimaImporter::ReadRecords(CIETextFile& file, CIEDataset& dataset)
+{
+    constexpr std::int64_t kLinesBetweenReports = 1000;
+    EIEResult eResult = IE_NOTHING_DONE;
+    CString line;
+    while (!CIEData::m_bStopProcess) {
+        IEUtils::Read1Line(file, line);
+        if (IsEnd(file, line))
+            break;
+        if (m_bFirstLine) {
+            if (!ReadHead(file, line))
+                break;
+            m_bFirstLine = false;
+            continue;
+        }
+        if (line == kDataEnd)
+            return IE_OK;
+        std::unique_ptr<CIEDesignPoint> pPoint;
+        if (ParseRecord(line, file.GetLineNumber(), pPoint) == IE_BAD_CONTENT)
+            return IE_BAD_CONTENT;
+        pPoint->SetStation(*m_pStation);
+        dataset.Add(std::move(pPoint));
+        eResult = IE_OK;
+        if (file.GetLineNumber() % kLinesBetweenReports == 0)
+            Progress(file);
+    }
+    return eResult;
+}
+
+bool CIESimaImporter::IsEnd(const CIETextFile& file, std::string_view line) const
+{
+    return line.empty() && file.GetPosition() == m_nFileLength;
+}
+
+bool CIESimaImporter::ReadHead(CIETextFile& file, CString& line)
+{
+    IEUtils::ParseValuesForSIMAFormat(line, m_Fields, u',', {});
+    if (m_Fields.empty() || m_Fields[0] != kJobTag) {
+        Refuse(file.GetLineNumber(), {}, "sima.no-job-line", "the first line isn't a \"G00\" line");
+        return false;
+    }
+    IEUtils::Read1Line(file, line);
+    if (IsEnd(file, line) || line != kDataStart) {
+        Refuse(file.GetLineNumber(), {}, "sima.no-data-start", "the second line isn't \"A00,\"");
+        return false;
+    }
+    return true;
+}
+
+EIEResult CIESimaImporter::ParseRecord(std::string_view line, std::int64_t nLine,
+                                       std::unique_ptr<CIEDesignPoint>& pPoint)
+{
+    IEUtils::ParseValuesForSIMAFormat(line, m_Fields, u',', {});
+    if (m_Fields.empty())
+        return Refuse(nLine, {}, "line.empty", "the line is empty ahead of the end of the data");
+    m_Fields.resize(std::max(m_Fields.size(), kHeightField + 1)); // what a short record lacks reads as empty
+
+    pPoint = std::make_unique<CIEDesignPoint>();
+    if (!m_pStation)
+        m_pStation = std::make_unique<CIEStation>();
+    m_pStation->SetStationType(0);
+    const CString& strName = m_Fields[m_bNumbersOnly ? kNumberField : kNameField];
+    if (!IEUtils::IsValidName(strName))
+        return Refuse(nLine, strName, "line.name", "\"" + strName + "\" can't name a point");
+    m_pStation->SetName(strName);
+    if (!IEUtils::StringToDouble(m_Fields[kEastField], m_pStation->m_dEast, false))
+        return Refuse(nLine, strName, "line.number", "its east \"" + m_Fields[kEastField] + "\" can't be read");
+    if (!IEUtils::StringToDouble(m_Fields[kNorthField], m_pStation->m_dNorth, false))
+        return Refuse(nLine, strName, "line.number", "its north \"" + m_Fields[kNorthField] + "\" can't be read");
+    double dHeight = 0.0;
+    if (!IEUtils::StringToDouble(m_Fields[kHeightField], dHeight, false)) {
+        dHeight = 0.0;
+        if (!m_Fields[kHeightField].empty())
+            Note(TIENote::Changed, "line.height", nLine, strName,
+                 "its height \"" + m_Fields[kHeightField] + "\" can't be read and is 0");
+    }
+    m_pStation->SetHeight(dHeight);
+    return IE_OK;
+}
+
+EIEResult CIESimaImporter::Refuse(std::int64_t nLine, const CString& strName, const char* pCode,
+                                  CString strReason) const
+{
+    Note(TIENote::Refused, pCode, nLine, strName, std::move(strReason));
+    return IE_BAD_CONTENT;
+}
+
+CSimaPtExporterJ::CSimaPtExporterJ(CIEData* pData, const CString& strFileName, bool bNumbersOnly)
+    : CIEPointExporter(pData, strFileName), m_bNumbersOnly(bNumbersOnly)
+{
+}
+
+CSimaPtExporterJ::CSimaPtExporterJ(const CSimaPtExporterJ& other) = default;
+CSimaPtExporterJ& CSimaPtExporterJ::operator=(const CSimaPtExporterJ& other) = default;
+CSimaPtExporterJ::~CSimaPtExporterJ() = default;
+
+bool CSimaPtExporterJ::WriteHeader()
+{
+    if (!m_pFile)
+        return false;
+    m_Line.Clear();
+    m_Line.Add(kJobLine).Add(m_pData->GetJobInfo()->m_strJobName).Add(',').EndTo(*m_pFile);
+    if (m_pData->GetJobInfo()->GetCSType() == TIEJobInfo::Geographic)
+        Note(TIENote::Changed, "job.geographic", {},
+             "the form has three decimals for latitude and longitude, which is some hundred metres");
+    m_nPointNumber = 1;
+    return m_Line.Add(kDataStart).EndTo(*m_pFile);
+}
+
+bool CSimaPtExporterJ::WriteFooter()
+{
+    if (!m_pFile)
+        return false;
+    m_Line.Clear();
+    return m_Line.Add(kDataEnd).EndTo(*m_pFile);
+}
+
+bool CSimaPtExporterJ::WriteStation(const CIEStation* pStation, const CIEObject* pObject)
+{
+    if (!pObject || !pStation || pObject->GetGroupType() != CIEObject::PointLike)
+        return true;
+    const TIEJobInfo& info = *m_pData->GetJobInfo();
+    const EDIST_UNITS plane = info.GetCSType() != TIEJobInfo::Geographic ? info.GetDistUnits() : EDIST_UNITS::None;
+    const double values[] = {
+        IEUtils::FromMetersFactor(pStation->m_dNorth, plane),
+        IEUtils::FromMetersFactor(pStation->m_dEast, plane),
+        IEUtils::FromMetersFactor(pStation->GetHeight(), info.GetDistUnits()),
+    };
+    NoteName(pStation->GetName());
+    Write1Line(pStation->GetName(), values);
+    ++m_nPointNumber;
+    return true;
+}
+
+void CSimaPtExporterJ::NoteName(const CString& strName) const
+{
+    if (!m_pData->GetObserver())
+        return;
+    if (m_bNumbersOnly) {
+        if (strName != IEUtils::IntToString(m_nPointNumber))
+            Note(TIENote::LeftOut, "object.name", strName,
+                 "the form holds no name; the point's number is " + IEUtils::IntToString(m_nPointNumber));
+    } else if (!IEUtils::IsValidName(strName) || strName.find(',') != CString::npos) {
+        Note(TIENote::Changed, "object.name", strName, "a reader of the form can't take this name");
+    }
+}
+
+bool CSimaPtExporterJ::Write1Line(const CString& name, const double* values)
+{
+    if (!m_pFile)
+        return false;
+    m_Line.Clear();
+    m_Line.Add(kPointRecord).AddInt(m_nPointNumber).Add(',');
+    if (!m_bNumbersOnly)
+        m_Line.Add(name);
+    m_Line.Add(',');
+    for (int i = 0; i < 3; ++i)
+        m_Line.AddFixed(IEUtils::CheckZeroVal(values[i]), kDecimals).Add(',');
+    return m_Line.EndTo(*m_pFile);
+}

@@ -1,0 +1,189 @@
+// One station as a delimited line, one object's codes as text.
+
+#include "frame/delimited_text.h"
+#include "frame/point_exporter.h"
+#include "vellumlib/utils.h"
+
+using namespace DelimitedText;
+
+namespace {
+
+/// A line end within a text would end the record.
+void AddText(CIETextLine& line, std::string_view text)
+{
+    if (text.find_first_of("\r\n") == std::string_view::npos) {
+        line.Add(text);
+        return;
+    }
+    for (const char c : text)
+        line.Add(c == '\r' || c == '\n' ? ' ' : c);
+}
+
+void AppendQuoted(CString& out, std::string_view text, bool bQuotes)
+{
+    if (bQuotes)
+        out += '"';
+    out += text;
+    if (bQuotes)
+        out += '"';
+}
+
+void AppendType(CString& out, const CIEAttrDescription& attribute)
+{
+    out += kTypeMark;
+    switch (attribute.GetType()) {
+    case CIEAttrDescription::TEXT:
+        out += kText;
+        break;
+    case CIEAttrDescription::INT:
+        out += kInt;
+        break;
+    case CIEAttrDescription::REAL:
+        out += kReal;
+        break;
+    case CIEAttrDescription::LIST:
+        out += kList;
+        out += '(';
+        for (std::size_t i = 0; i < attribute.GetListItems().size(); ++i) {
+            if (i > 0)
+                out += kItemMark;
+            out += attribute.GetListItems()[i];
+        }
+        out += ')';
+        break;
+    }
+}
+
+} // namespace
+
+bool CIEPointExporter::WriteHeader()
+{
+    const TIEAsciiFormat& format = m_pData->GetSettings().GetAsciiFormat();
+    if (!format.m_bWriteHeader || !m_pFile)
+        return true;
+    m_Line.Clear();
+    m_Line.Add(kHeaderStart).Add(' ').Add(kDelimiter).Add(IEUtils::CharToString(format.m_cDelimiter)).Add(") ");
+    m_Line.Add(kFileFormat).Add(IEAsciiFields::FieldsToString(format.m_Fields)).Add(") ").Add(kHeaderEnd);
+    return m_Line.EndTo(*m_pFile);
+}
+
+bool CIEPointExporter::WriteStation(const CIEStation* pStation, const CIEObject* pObject)
+{
+    if (!pObject || !pStation)
+        return true;
+    if (!m_pFile)
+        return false;
+    MakeLine(*pStation, *pObject);
+    return m_Line.EndTo(*m_pFile);
+}
+
+void CIEPointExporter::MakeLine(const CIEStation& station, const CIEObject& object)
+{
+    const TIEAsciiFormat& format = m_pData->GetSettings().GetAsciiFormat();
+    const CString strDelimiter = IEUtils::CharToString(format.m_cDelimiter);
+    m_Line.Clear();
+    for (std::size_t i = 0; i < format.m_Fields.size(); ++i) {
+        if (i > 0)
+            m_Line.Add(strDelimiter);
+        AddField(format.m_Fields[i], station, object);
+    }
+    if (object.GetType() == EIEObjectsType::PTLPoint) {
+        const auto& relative = static_cast<const CIEPTLPoint&>(object);
+        m_Line.Add(strDelimiter);
+        AddText(m_Line, relative.GetFirstReferencePointIDs());
+        m_Line.Add(strDelimiter);
+        AddText(m_Line, relative.GetSecondReferencePointIDs());
+    }
+}
+
+void CIEPointExporter::AddField(int nField, const CIEStation& station, const CIEObject& object)
+{
+    const TIESettings& settings = m_pData->GetSettings();
+    const TIEJobInfo& info = *m_pData->GetJobInfo();
+    const auto addDistance = [&](double dMeters, int nDecimals) {
+        m_Line.AddFixed(IEUtils::FromMetersFactor(dMeters, info.GetDistUnits()), nDecimals);
+    };
+    const auto addCoordinate = [&](double dValue, int nDecimals) {
+        if (info.GetCSType() != TIEJobInfo::Geographic)
+            addDistance(dValue, nDecimals);
+        else
+            m_Line.Add(IEUtils::CoordsByStyleToString(settings.m_eCoordsStyle, dValue, nDecimals));
+    };
+    switch (nField) {
+    case IEAsciiFields::Name:
+        AddText(m_Line, object.GetName());
+        break;
+    case IEAsciiFields::North:
+        addCoordinate(station.m_dNorth, settings.m_nNorthDecimals);
+        break;
+    case IEAsciiFields::East:
+        addCoordinate(station.m_dEast, settings.m_nEastDecimals);
+        break;
+    case IEAsciiFields::Height:
+        addDistance(station.GetHeight(), settings.m_nHeightDecimals);
+        break;
+    case IEAsciiFields::GeoidHeight:
+        addDistance(station.GetGeoidHeight(), settings.m_nHeightDecimals);
+        break;
+    case IEAsciiFields::Notes:
+        AddText(m_Line, station.GetNotes());
+        break;
+    case IEAsciiFields::Codes:
+        AddText(m_Line, MakeCodeString(&object, false, false, false));
+        break;
+    case IEAsciiFields::CodesWithStrings:
+        AddText(m_Line, MakeCodeString(&object, false, true, false));
+        break;
+    case IEAsciiFields::CodesWithAttributes:
+        AddText(m_Line, MakeCodeString(&object, true, false, false));
+        break;
+    case IEAsciiFields::CodesWithAll:
+        AddText(m_Line, MakeCodeString(&object, true, true, true));
+        break;
+    default:
+        break; // a property that only a GPS position has stays empty
+    }
+}
+
+CString CIEPointExporter::MakeCodeString(const CIEObject* pObject, bool bAttributes, bool bCodeStrings,
+                                         bool bControlCodes)
+{
+    CString out;
+    if (!pObject)
+        return out;
+    for (int i = 0; const CIECodeValues* const pCode = pObject->GetCode(i); ++i) {
+        if (i > 0)
+            out += IEUtils::CharToString(m_pData->GetSettings().GetAsciiFormat().m_cDelimiter);
+        AddCode(*pCode, bAttributes, bCodeStrings, bControlCodes, out);
+    }
+    return out;
+}
+
+void CIEPointExporter::AddCode(const CIECodeValues& code, bool bAttributes, bool bCodeStrings, bool bControlCodes,
+                               CString& out) const
+{
+    const TIESettings& settings = m_pData->GetSettings();
+    const CIECodeDescription& description = *code.GetDescription();
+    out += description.GetName();
+    for (int i = 0; bAttributes && i < description.GetSize(); ++i) {
+        const CIEAttrDescription& attribute = *description.GetAttrDescriptionAt(i);
+        out += i == 0 ? kAttributesMark : kAttributeMark;
+        out += attribute.GetName();
+        if (settings.m_bAttrTypes)
+            AppendType(out, attribute);
+        out += kValueMark;
+        const bool bText =
+            attribute.GetType() == CIEAttrDescription::TEXT || attribute.GetType() == CIEAttrDescription::LIST;
+        AppendQuoted(out, code.GetAttrAt(i), bText && settings.m_bAttrQuotes);
+    }
+    for (int i = 0; bCodeStrings && i < code.GetNumberOfCodeStrings(); ++i) {
+        out += kCodeStringMark;
+        AppendQuoted(out, code.GetCodeStringAt(i), settings.m_bAttrQuotes);
+    }
+    for (int i = 0; bControlCodes && i < CIECodeValues::kControlCodes; ++i) {
+        if (code.GetControlCode(i).empty())
+            continue;
+        out += kControlCodeMark;
+        AppendQuoted(out, code.GetControlCode(i), settings.m_bAttrQuotes);
+    }
+}

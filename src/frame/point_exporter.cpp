@@ -1,0 +1,124 @@
+#include "frame/point_exporter.h"
+
+#include "vellumlib/utils.h"
+
+CIEPointExporter::~CIEPointExporter()
+{
+    Close();
+}
+
+int CIEPointExporter::CountObjects() const
+{
+    const CIEDataset* const pDataset = m_pData->GetCurDataset(false);
+    return pDataset ? pDataset->GetNumberOfElements(-1, 2, false, false) : 0;
+}
+
+int CIEPointExporter::GetNumberOfSteps()
+{
+    constexpr int kFramingSteps = 2;
+    const bool bAll = m_pData->GetSettings().m_bSingleFile;
+    return (bAll ? m_pData->GetNumberOfObjectsInAllDatasets() : CountObjects()) + kFramingSteps;
+}
+
+bool CIEPointExporter::SingleStep()
+{
+    if (m_nStep == -1)
+        WriteHeader();
+    ++m_nStep;
+    if (m_nStep < 0)
+        return OpenFile();
+    const bool bAll = m_pData->GetSettings().m_bSingleFile;
+    const int nCurrent = m_pData->GetCurDatasetID();
+    if (bAll && m_nStep == CountObjects() && nCurrent != m_pData->GetNumberOfDatasets() - 1) {
+        m_nStep = 0;
+        m_pData->SetCurDataset(nCurrent + 1);
+    }
+    if (m_nStep >= CountObjects()) {
+        if (bAll)
+            NoteUnreached();
+        WriteFooter();
+        return CloseFile();
+    }
+    return ExportObject(m_nStep);
+}
+
+bool CIEPointExporter::OpenFile()
+{
+    auto pFile = std::make_shared<CIETextWriter>();
+    if (!pFile->Create(m_strFileName, m_pData->GetSettings().m_strWriteEncoding))
+        return false;
+    m_pFile = std::move(pFile);
+    m_pData->AddFileNameToExported(m_strFileName);
+    return true;
+}
+
+bool CIEPointExporter::ExportObject(int nIndex)
+{
+    const CIEDataset* const pDataset = m_pData->GetCurDataset(false);
+    const CIEObject* const pObject = pDataset ? pDataset->GetObjectAt(nIndex) : nullptr;
+    if (!pObject)
+        return true;
+    NoteLosses(*pObject);
+    switch (pObject->GetType()) {
+    case EIEObjectsType::DesignPoint:
+    case EIEObjectsType::PTLPoint:
+    case EIEObjectsType::GPSPosition:
+        return WriteStation(pObject->GetStation(0), pObject);
+    case EIEObjectsType::PolyLine:
+        return WriteAllStations(*pObject);
+    case EIEObjectsType::Polygon:
+        return WriteAllStations(*pObject) && WriteStation(pObject->GetStation(0), nullptr);
+    case EIEObjectsType::SheetPoint:
+    case EIEObjectsType::Arc:
+    case EIEObjectsType::Composite:
+        break;
+    }
+    return true;
+}
+
+bool CIEPointExporter::WriteAllStations(const CIEObject& object)
+{
+    for (int i = 0; const CIEStation* const pStation = object.GetStation(i); ++i) {
+        if (!WriteStation(pStation, &object))
+            return false;
+    }
+    return true;
+}
+
+bool CIEPointExporter::CloseFile()
+{
+    Close();
+    return false;
+}
+
+void CIEPointExporter::Close()
+{
+    // a copy of this exporter may still be writing
+    if (!m_pFile || m_pFile.use_count() > 1) {
+        m_pFile.reset();
+        return;
+    }
+    if (!m_pFile->Close())
+        Note(TIENote::LeftOut, "file.write-failed", {}, "the file could not be written to its end");
+    if (const std::int64_t nReplaced = m_pFile->GetReplacedCharacters())
+        Note(TIENote::Changed, "file.encoding", {},
+             IEUtils::IntToString(nReplaced) + " characters aren't in " + m_pData->GetSettings().m_strWriteEncoding +
+                 " and became \"?\"");
+    m_pFile.reset();
+}
+
+void CIEPointExporter::NoteUnreached()
+{
+    if (!m_pData->GetObserver())
+        return;
+    for (int i = m_pData->GetCurDatasetID() + 1; const CIEDataset* const pDataset = m_pData->GetDatasetAt(i); ++i) {
+        for (int j = 0; const CIEObject* const pObject = pDataset->GetObjectAt(j); ++j)
+            Note(TIENote::LeftOut, "dataset.unreached", pObject->GetName(),
+                 "an empty dataset ahead of \"" + pDataset->GetName() + "\" ended the file");
+    }
+}
+
+bool CIEPointExporter::WriteFooter()
+{
+    return true;
+}

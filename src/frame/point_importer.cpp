@@ -1,0 +1,180 @@
+#include "frame/point_importer.h"
+
+#include "frame/delimited_text.h"
+#include "vellumlib/utils.h"
+
+namespace {
+
+/// Reads the layout that a header line tells. False if the line is no header.
+bool ParseHeader(std::string_view line, TIEAsciiFormat& format)
+{
+    using namespace DelimitedText;
+    const std::size_t nEnd = line.find(kHeaderEnd);
+    const std::size_t nDelimiter = line.find(kDelimiter);
+    const std::size_t nFields = line.find(kFileFormat);
+    constexpr auto npos = std::string_view::npos;
+    if (line.find(kHeaderStart) == npos || nEnd == npos || nDelimiter == npos || nFields == npos)
+        return false;
+
+    const std::string_view behindDelimiter = line.substr(nDelimiter + kDelimiter.size());
+    const std::string_view delimiter = IEUtils::Left(behindDelimiter, 1);
+    const char16_t cDelimiter = IEUtils::StringToChar(delimiter);
+    if (cDelimiter == 0 || behindDelimiter.substr(delimiter.size(), 1) != ")")
+        return false;
+
+    const std::size_t nFirst = nFields + kFileFormat.size();
+    if (nEnd < nFirst + 2 || line.substr(nEnd - 2, 2) != ") ")
+        return false;
+    format.m_cDelimiter = cDelimiter;
+    // an unknown word leaves no field, so that every line is refused rather than read by a layout that it doesn't have
+    (void)IEAsciiFields::StringToFields(line.substr(nFirst, nEnd - 2 - nFirst), format.m_Fields);
+    return true;
+}
+
+bool HaveSameCodes(const CIEObject& left, const CIEObject& right)
+{
+    if (left.GetNumberOfCodes() != right.GetNumberOfCodes())
+        return false;
+    for (int i = 0; i < left.GetNumberOfCodes(); ++i) {
+        if (!(*left.GetCode(i) == *right.GetCode(i)))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+EIEResult CIEPointImporter::Import()
+{
+    CIETextFile file;
+    if (!file.Open(m_strFileName, m_pData->GetSettings().m_strCodePage))
+        return IE_CANNOT_OPEN_FILE;
+    const EIEResult eResult = ImportFile(file);
+    if (file.HasFailed())
+        Note(TIENote::Refused, "file.read-failed", file.GetLineNumber() + 1, {}, "the rest of the file can't be read");
+    file.Close();
+    return CIEData::m_bStopProcess ? IE_STOPPED : eResult;
+}
+
+EIEResult CIEPointImporter::ImportFile(CIETextFile& file)
+{
+    EIEResult eResult = IE_OK;
+    bool bAnyObject = false;
+    m_pOpenLine = nullptr;
+    TakeHeader(file);
+    CIEDataset* const pDataset = m_pData->AddDataset(std::make_unique<CIEDataset>("Import dataset"));
+
+    CIEMemoryCheck memory;
+    std::string_view line;
+    while (!CIEData::m_bStopProcess) {
+        const CIEMemoryCheck::EAnswer eMemory = memory.Look(kLeastFreeMemory);
+        if (eMemory == CIEMemoryCheck::TooLittle)
+            return IE_OUT_OF_MEMORY;
+        if (eMemory == CIEMemoryCheck::Enough)
+            Progress(file);
+        if (!file.ReadLine(line) || line.empty())
+            break;
+        m_nLine = file.GetLineNumber();
+        std::unique_ptr<CIEObject> pObject;
+        EIEResult eLine = file.WasCut() ? Refuse("line.too-long", "the line is longer than any record can be")
+                                        : ParseLine(line, pObject);
+        if (!pObject)
+            eLine = IE_PARTIAL; // a reader may have another code for a line that gives nothing
+        if (eResult != IE_PARTIAL)
+            eResult = eLine;
+        if (eLine == IE_PARTIAL) {
+            Note(TIENote::Refused, m_pRefusalCode, m_nLine, m_FieldTexts.empty() ? CString() : CString(m_FieldTexts[0]),
+                 m_strRefusal);
+            continue;
+        }
+        if (file.WasMended())
+            Note(TIENote::Changed, "line.bad-characters", m_nLine, pObject->GetName(),
+                 "bytes without a meaning in " + file.GetEncoding() + " became U+FFFD");
+        bAnyObject = true;
+        Join(*pDataset, std::move(pObject));
+    }
+    if (!CIEData::m_bStopProcess)
+        CloseLine(*pDataset);
+    NoteRest(file);
+    Progress(file);
+    if (bAnyObject)
+        return eResult;
+    return eResult == IE_PARTIAL ? IE_BAD_CONTENT : IE_NOTHING_DONE;
+}
+
+void CIEPointImporter::TakeHeader(CIETextFile& file)
+{
+    std::string_view line;
+    TIESettings settings = m_pData->GetCopyOfSettings();
+    TIEAsciiFormat format = settings.GetAsciiFormat();
+    if (!file.ReadLine(line) || !ParseHeader(line, format)) {
+        file.Rewind();
+        return;
+    }
+    if (format.m_Fields.empty())
+        Note(TIENote::Refused, "header.unknown-field", 1, {}, "the header line names a field that isn't known");
+    settings.m_pAsciiFormat = std::make_unique<TIEAsciiFormat>(std::move(format));
+    m_pData->SetSettings(std::move(settings));
+}
+
+void CIEPointImporter::NoteRest(CIETextFile& file)
+{
+    if (!m_pData->GetObserver() || CIEData::m_bStopProcess)
+        return;
+    std::string_view line;
+    while (file.ReadLine(line)) {
+        if (!IEUtils::Trim(line).empty()) {
+            Note(TIENote::LeftOut, "line.behind-end", file.GetLineNumber(), {},
+                 "a blank line ended the data ahead of this line; nothing from here on was read");
+            return;
+        }
+    }
+}
+
+void CIEPointImporter::Join(CIEDataset& dataset, std::unique_ptr<CIEObject> pObject)
+{
+    if (m_pOpenLine) {
+        if (pObject->GetName() == m_pOpenLine->GetName()) {
+            ExtendLine(*pObject);
+            return;
+        }
+        CloseLine(dataset);
+    } else if (!pObject->GetName().empty()) {
+        const int nLast = dataset.GetNumberOfElements(-1, 2, false, false) - 1;
+        const CIEObject* const pLast = dataset.GetObjectAt(nLast);
+        if (pLast && pLast->GetGroupType() == CIEObject::PointLike && pLast->GetName() == pObject->GetName()) {
+            auto pLine = std::make_unique<CIEPolyLine>();
+            pLine->SetName(pObject->GetName());
+            pLine->AddStation(*pLast->GetStation(0));
+            pLine->copyCodesData(*pLast);
+            m_pOpenLine = pLine.get();
+            ExtendLine(*pObject);
+            dataset.RemoveObject(nLast);
+            dataset.Add(std::move(pLine));
+            return;
+        }
+    }
+    dataset.Add(std::move(pObject));
+}
+
+void CIEPointImporter::ExtendLine(const CIEObject& object)
+{
+    m_pOpenLine->AddStation(*object.GetStation(0));
+    if (m_pData->GetObserver() && !HaveSameCodes(object, *m_pOpenLine))
+        Note(TIENote::Changed, "line.codes", m_nLine, object.GetName(),
+             "this station joined a line, which keeps the codes of its first station");
+}
+
+void CIEPointImporter::CloseLine(CIEDataset& dataset)
+{
+    if (m_pOpenLine && m_pOpenLine->IsClosed())
+        dataset.TransformLineToPolygon(m_pOpenLine);
+    m_pOpenLine = nullptr;
+}
+
+EIEResult CIEPointImporter::Refuse(const char* pCode, CString strReason)
+{
+    m_pRefusalCode = pCode;
+    m_strRefusal = std::move(strReason);
+    return IE_PARTIAL;
+}
