@@ -37,7 +37,7 @@ struct CIEThread::TState {
     bool m_bReturned = false;
     int m_nExitCode = 0;
     TProcedure m_Procedure;
-    std::thread m_Thread;
+    std::thread::id m_Id; ///< of the thread, once its gate is open
 
     void OpenGate(EGate eGate);
     void Run();
@@ -58,6 +58,7 @@ void CIEThread::TState::Run()
     m_Changed.wait(lock, [this] { return m_eGate != EGate::Shut; });
     if (m_eGate == EGate::Cancelled)
         return;
+    m_Id = std::this_thread::get_id();
     lock.unlock();
     int nExitCode = -1;
     try {
@@ -78,10 +79,9 @@ std::unique_ptr<CIEThread> CIEThread::CreateSuspended(TProcedure procedure)
         return nullptr;
     try {
         // the object stands before the thread starts, so that nothing can fail once there is something to join
-        std::unique_ptr<CIEThread> pThread(new CIEThread(std::make_unique<TState>()));
-        TState& state = *pThread->m_pState;
-        state.m_Procedure = std::move(procedure);
-        state.m_Thread = std::thread(&TState::Run, &state);
+        std::unique_ptr<CIEThread> pThread(new CIEThread(std::make_shared<TState>()));
+        pThread->m_pState->m_Procedure = std::move(procedure);
+        pThread->m_Thread = std::thread([pState = pThread->m_pState] { pState->Run(); });
         return pThread;
     } catch (const std::system_error&) {
         return nullptr;
@@ -90,14 +90,18 @@ std::unique_ptr<CIEThread> CIEThread::CreateSuspended(TProcedure procedure)
     }
 }
 
-CIEThread::CIEThread(std::unique_ptr<TState> pState) : m_pState(std::move(pState)) {}
+CIEThread::CIEThread(std::shared_ptr<TState> pState) : m_pState(std::move(pState)) {}
 
 CIEThread::~CIEThread()
 {
-    if (!m_pState->m_Thread.joinable())
+    if (!m_Thread.joinable())
         return;
     m_pState->OpenGate(TState::EGate::Cancelled);
-    m_pState->m_Thread.join();
+    // a host may delete the thread from its own finishing message; the thread holds the state until it ends
+    if (m_Thread.get_id() == std::this_thread::get_id())
+        m_Thread.detach();
+    else
+        m_Thread.join();
 }
 
 void CIEThread::Resume()
@@ -110,6 +114,8 @@ bool CIEThread::Wait(std::int64_t milliseconds)
     TState& state = *m_pState;
     const auto hasReturned = [&state] { return state.m_bReturned; };
     std::unique_lock lock(state.m_Mutex);
+    if (state.m_Id == std::this_thread::get_id())
+        return state.m_bReturned; // it can't see its own end
     if (milliseconds >= 0 && milliseconds < kEndlessWait)
         return state.m_Changed.wait_for(lock, std::chrono::milliseconds(milliseconds), hasReturned);
     state.m_Changed.wait(lock, hasReturned);

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <thread>
 
 /// A thread with a start gate. The owner deletes it; deleting waits for a thread that runs, and a thread that was never
 /// resumed ends without running its procedure. Safe to be waited for from several threads.
@@ -35,6 +36,7 @@ public:
 
 private:
     struct TState;
-    explicit CIEThread(std::unique_ptr<TState> pState);
-    std::unique_ptr<TState> m_pState;
+    explicit CIEThread(std::shared_ptr<TState> pState);
+    std::shared_ptr<TState> m_pState; // the thread's too
+    std::thread m_Thread;
 };

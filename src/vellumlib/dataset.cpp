@@ -32,7 +32,16 @@ void CIEDataset::RemoveObject(int i)
         return;
     const auto place = m_Objects.begin() + i;
     LeaveIndex(place->get());
+    ForgetStartPoint(place->get());
     m_Objects.erase(place);
+}
+
+void CIEDataset::ForgetStartPoint(const CIEObject* pObject) const
+{
+    for (const auto& pAlignment : m_Alignments) {
+        if (pAlignment->GetStartPoint() == pObject)
+            pAlignment->SetStartPoint(nullptr);
+    }
 }
 
 CIEObject* CIEDataset::GetObjectAt(int i) const
@@ -73,13 +82,13 @@ CIEObject* CIEDataset::FindObject(std::string_view name) const
 
 void CIEDataset::EnterIndex(CIEObject* pObject) const
 {
-    if (m_pIndex)
+    if (m_pIndex && !pObject->GetName().empty())
         (*m_pIndex)[pObject->GetName()].push_back(pObject);
 }
 
 void CIEDataset::LeaveIndex(const CIEObject* pObject) const
 {
-    if (!m_pIndex)
+    if (!m_pIndex || pObject->GetName().empty())
         return;
     const auto found = m_pIndex->find(pObject->GetName());
     if (found == m_pIndex->end())

@@ -39,8 +39,8 @@ public:
     /// (-1, 2, false, false) counts all that GetObjectAt reaches, in constant time.
     [[nodiscard]] int GetNumberOfElements(int nKind, int nState, bool bStations, bool bNamed) const;
 
-    /// First object of that name, in the order in which they got it; null if there is none. Constant time once the
-    /// first call has built the index.
+    /// First object of that name, in the order in which they got it; null if there is none, and for the empty name.
+    /// Constant time once the first call has built the index.
     [[nodiscard]] CIEObject* FindObject(std::string_view name) const;
 
     /// Puts a polygon with the same stations, name, codes, layer and state in the place of a polyline. Null, with
@@ -49,6 +49,7 @@ public:
 
     [[nodiscard]] int GetNumberOfSurfaces() const { return static_cast<int>(m_Surfaces.size()); }
     [[nodiscard]] CIESurface* GetSurfaceAt(int i) const;
+    /// Deletes all surfaces; likewise all alignments below.
     void RemoveSurfaces() { m_Surfaces.clear(); }
     [[nodiscard]] int GetNumberOfAlignments() const { return static_cast<int>(m_Alignments.size()); }
     [[nodiscard]] CIEAlignment* GetAlignmentAt(int i) const;
@@ -65,6 +66,7 @@ private:
 
     void EnterIndex(CIEObject* pObject) const;
     void LeaveIndex(const CIEObject* pObject) const;
+    void ForgetStartPoint(const CIEObject* pObject) const;
 
     CString m_strName;
     std::vector<std::unique_ptr<CIEObject>> m_Objects;
@@ -76,6 +78,11 @@ private:
 template <class TPredicate>
 void CIEDataset::RemoveObjectsIf(TPredicate unwanted)
 {
-    std::erase_if(m_Objects, [&](const std::unique_ptr<CIEObject>& pObject) { return unwanted(*pObject); });
+    std::erase_if(m_Objects, [&](const std::unique_ptr<CIEObject>& pObject) {
+        if (!unwanted(*pObject))
+            return false;
+        ForgetStartPoint(pObject.get());
+        return true;
+    });
     m_pIndex.reset();
 }

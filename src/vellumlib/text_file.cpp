@@ -1,41 +1,26 @@
 #include "vellumlib/text_file.h"
 
+#include "vellumlib/encoding.h"
 #include "vellumlib/utils.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 
-#include <iconv.h>
+using Encoding::CalledFor;
+using Encoding::CConverter;
+using Encoding::UnfinishedTail;
 
 namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD"; // U+FFFD
 
-bool IsAsciiText(std::string_view text)
+/// True for ASCII without the character that begins a switch to another set of characters.
+bool IsUnswitchedAscii(std::string_view text)
 {
     unsigned char all = 0;
     for (char c : text)
         all = static_cast<unsigned char>(all | static_cast<unsigned char>(c));
-    return all < 0x80;
-}
-
-/// Bytes that the first byte of a UTF-8 character calls for.
-std::size_t CalledFor(char c)
-{
-    const auto lead = static_cast<unsigned char>(c);
-    return lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
-}
-
-/// Bytes at the end of a text that begin a UTF-8 character and lack the rest of it; at most 3.
-std::size_t UnfinishedTail(std::string_view text)
-{
-    for (std::size_t nBack = 1; nBack <= std::min<std::size_t>(3, text.size()); ++nBack) {
-        const auto byte = static_cast<unsigned char>(text[text.size() - nBack]);
-        if ((byte & 0xC0U) != 0x80U)
-            return CalledFor(text[text.size() - nBack]) > nBack ? nBack : 0;
-    }
-    return 0;
+    return all < 0x80 && text.find('\x1B') == std::string_view::npos;
 }
 
 /// Appends the text with every byte that isn't UTF-8 as U+FFFD.
@@ -48,74 +33,6 @@ void AppendMended(CString& out, std::string_view text)
         text.remove_prefix(bValid ? character.size() : 1);
     }
 }
-
-/// Converts between encodings.
-class CConverter {
-public:
-    CConverter() = default;
-    ~CConverter() { Close(); }
-    CConverter(const CConverter&) = delete;
-    CConverter& operator=(const CConverter&) = delete;
-
-    /// False for an encoding that iconv doesn't know. Neither the empty name, which would be the encoding of the
-    /// locale, nor a suffix as in "ASCII//IGNORE", which would lose characters unseen, is a name.
-    bool Open(const CString& to, const CString& from)
-    {
-        Close();
-        if (to.empty() || from.empty() || (to + from).find_first_of(std::string_view("/\0", 2)) != CString::npos)
-            return false;
-        m_pHandle = ::iconv_open(to.c_str(), from.c_str());
-        return IsOpen();
-    }
-
-    void Close()
-    {
-        if (IsOpen())
-            ::iconv_close(m_pHandle);
-        m_pHandle = None();
-    }
-
-    bool IsOpen() const { return m_pHandle != None(); }
-
-    /// Forgets the state that earlier text has left, as before the first text.
-    void Restart() { ::iconv(m_pHandle, nullptr, nullptr, nullptr, nullptr); }
-
-    /// Appends the text as far as it can be converted, and gives the rest: empty, or beginning with a character that
-    /// has no meaning in the one encoding or no place in the other.
-    std::string_view Convert(CString& out, std::string_view text)
-    {
-        // iconv takes a pointer to what it only reads
-        char* pIn = const_cast<char*>(text.data());
-        std::size_t nIn = text.size();
-        while (nIn > 0 && !Step(out, &pIn, &nIn) && errno == E2BIG) {
-        }
-        return text.substr(text.size() - nIn);
-    }
-
-    /// Appends what ends the text in an encoding that switches between sets of characters.
-    void Finish(CString& out)
-    {
-        while (!Step(out, nullptr, nullptr) && errno == E2BIG) {
-        }
-    }
-
-private:
-    static iconv_t None() { return reinterpret_cast<iconv_t>(-1); }
-
-    bool Step(CString& out, char** ppIn, std::size_t* pnIn)
-    {
-        char buffer[1024];
-        char* pOut = buffer;
-        std::size_t nOut = sizeof buffer;
-        const std::size_t result = ::iconv(m_pHandle, ppIn, pnIn, &pOut, &nOut);
-        const int nError = errno;
-        out.append(buffer, pOut);
-        errno = nError;
-        return result != static_cast<std::size_t>(-1);
-    }
-
-    iconv_t m_pHandle = None();
-};
 
 /// True if text in the encoding can be cut at the bytes of line ends and its ASCII characters are those of ASCII;
 /// `bWhole` asks for all of them, otherwise the line ends are enough.
@@ -131,14 +48,6 @@ bool KeepsAscii(CConverter& converter, bool bWhole)
     const bool bAll = converter.Convert(converted, ascii).empty();
     converter.Restart();
     return bAll && converted == ascii;
-}
-
-/// An encoding's name without the marks that its spellings differ in.
-CString PlainName(const CString& encoding)
-{
-    CString name = IEUtils::ToLower(encoding);
-    std::erase_if(name, [](char c) { return c == '-' || c == '_'; });
-    return name;
 }
 
 /// Tells 16-bit text by its first bytes: most units lack one of their bytes, always the same one, as only characters
@@ -353,7 +262,7 @@ bool CIETextFile::TState::TakeLongLine(std::string_view& line)
 void CIETextFile::TState::Convert(std::string_view& line)
 {
     const bool bHasConverter = m_Converter.IsOpen();
-    if (bHasConverter ? m_bAsciiPasses && IsAsciiText(line) : IEUtils::IsValidUtf8(line))
+    if (bHasConverter ? m_bAsciiPasses && IsUnswitchedAscii(line) : IEUtils::IsValidUtf8(line))
         return;
     m_strConverted.clear();
     if (!bHasConverter) {
@@ -366,6 +275,13 @@ void CIETextFile::TState::Convert(std::string_view& line)
             line = m_Converter.Convert(m_strConverted, line.substr(1));
         }
         m_Converter.Restart();
+        // the UTF-8 that iconv reads reaches beyond U+10FFFF
+        if (!IEUtils::IsValidUtf8(m_strConverted)) {
+            CString mended;
+            AppendMended(mended, m_strConverted);
+            m_strConverted = std::move(mended);
+            m_bMended = true;
+        }
     }
     line = m_strConverted;
 }
@@ -529,146 +445,4 @@ const CString& CIETextFile::GetEncoding() const
 bool CIETextFile::HasFailed() const
 {
     return m_pState->m_File.HasFailed();
-}
-
-struct CIETextWriter::TState {
-    CIEFileWriter m_File;
-    CString m_strFileName;
-    CConverter m_Converter; ///< closed for UTF-8
-    CString m_strWaiting;   ///< text that may end within a character
-    CString m_strConverted;
-    std::int64_t m_nReplaced = 0;
-
-    bool OpenEncoding(const CString& encoding);
-    void Replace();
-    void Convert(std::string_view text);
-    bool Write(std::string_view text);
-    bool Close();
-};
-
-/// Sets the encoding and the mark that it begins with.
-bool CIETextWriter::TState::OpenEncoding(const CString& encoding)
-{
-    const CString name = PlainName(encoding);
-    if (name == "utf8")
-        return true;
-    // iconv would choose the order of "UTF-16" by the machine
-    if (name == "utf16" || name == "utf16le") {
-        m_strConverted = "\xFF\xFE";
-        return m_Converter.Open("UTF-16LE", "UTF-8");
-    }
-    if (name == "utf16be") {
-        m_strConverted = "\xFE\xFF";
-        return m_Converter.Open("UTF-16BE", "UTF-8");
-    }
-    return m_Converter.Open(encoding, "UTF-8");
-}
-
-void CIETextWriter::TState::Replace()
-{
-    m_Converter.Convert(m_strConverted, "?");
-    ++m_nReplaced;
-}
-
-/// Converts whole characters.
-void CIETextWriter::TState::Convert(std::string_view text)
-{
-    text = m_Converter.Convert(m_strConverted, text);
-    while (!text.empty()) {
-        Replace();
-        text.remove_prefix(IEUtils::Left(text, 1).size());
-        text = m_Converter.Convert(m_strConverted, text);
-    }
-}
-
-bool CIETextWriter::TState::Write(std::string_view text)
-{
-    if (!m_Converter.IsOpen() || !m_File.IsOpen())
-        return m_File.Write(text);
-    m_strWaiting.append(text);
-    const std::size_t nWhole = m_strWaiting.size() - UnfinishedTail(m_strWaiting);
-    m_strConverted.clear();
-    Convert(std::string_view(m_strWaiting).substr(0, nWhole));
-    m_strWaiting.erase(0, nWhole);
-    return m_File.Write(m_strConverted);
-}
-
-bool CIETextWriter::TState::Close()
-{
-    if (m_Converter.IsOpen() && m_File.IsOpen()) {
-        m_strConverted.clear();
-        if (!m_strWaiting.empty())
-            Replace();
-        m_strWaiting.clear();
-        m_Converter.Finish(m_strConverted);
-        // the file keeps a failure in mind until it is closed
-        (void)m_File.Write(m_strConverted);
-    }
-    return m_File.Close();
-}
-
-CIETextWriter::CIETextWriter() : m_pState(std::make_unique<TState>()) {}
-
-CIETextWriter::~CIETextWriter()
-{
-    m_pState->Close();
-}
-
-bool CIETextWriter::Create(const CString& strFileName, const CString& encoding)
-{
-    m_pState->Close();
-    m_pState = std::make_unique<TState>();
-    m_pState->m_strFileName = strFileName;
-    // an unknown encoding must not cost the file that is there
-    return m_pState->OpenEncoding(encoding) && m_pState->m_File.Create(strFileName) &&
-           m_pState->m_File.Write(m_pState->m_strConverted);
-}
-
-bool CIETextWriter::IsOpen() const
-{
-    return m_pState->m_File.IsOpen();
-}
-
-const CString& CIETextWriter::GetFileName() const
-{
-    return m_pState->m_strFileName;
-}
-
-bool CIETextWriter::Write(std::string_view text)
-{
-    return m_pState->Write(text);
-}
-
-bool CIETextWriter::Close()
-{
-    return m_pState->Close();
-}
-
-std::int64_t CIETextWriter::GetReplacedCharacters() const
-{
-    return m_pState->m_nReplaced;
-}
-
-CIEFileWriter& CIETextWriter::GetFile()
-{
-    return m_pState->m_File;
-}
-
-CIETextLine& CIETextLine::AddInt(std::int64_t nValue)
-{
-    return Add(IEUtils::IntToString(nValue));
-}
-
-CIETextLine& CIETextLine::AddFixed(double dValue, int nDecimals)
-{
-    IEUtils::AppendDouble(m_strText, dValue, nDecimals);
-    return *this;
-}
-
-bool CIETextLine::EndTo(CIETextWriter& file)
-{
-    m_strText += "\r\n";
-    const bool bWritten = file.Write(m_strText);
-    m_strText.clear();
-    return bWritten;
 }

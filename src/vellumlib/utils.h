@@ -33,9 +33,9 @@ ALIDADE_API void ParseValues(std::string_view text, CStringArray& out, char16_t 
 ALIDADE_API void ParseValuesForSIMAFormat(std::string_view text, CStringArray& out, char16_t cDelimiter,
                                           std::string_view quotes);
 /// Fields between delimiters; a delimiter within double quotes doesn't split. A quote opens only at the start of a
-/// field or behind "=", "&", "@", "(" or "#" and only if it closes again on the line, so that an inch or second mark in
-/// the middle of a text is a character like any other. With a blank as delimiter, a run of blanks is one delimiter, and
-/// blanks at either end of the line are none. Quotes stay in the fields.
+/// field or behind a blank, "=", "&", "@", "(" or "#", and only if it closes again on the line, so that an inch or
+/// second mark behind its number is a character like any other. With a blank as delimiter, a run of blanks is one
+/// delimiter, and blanks at either end of the line are none. Quotes stay in the fields.
 ALIDADE_API void ParseValuesInQuotes(std::string_view text, CStringArray& out, char16_t cDelimiter);
 /// The same into views of `text`, for the readers of long lists.
 ALIDADE_API void ParseValuesInQuotes(std::string_view text, std::vector<std::string_view>& out, char16_t cDelimiter);
@@ -108,10 +108,11 @@ ALIDADE_API CString DistByStyleToString(EDIST_UNITS units, double dMeters, int n
 /// | style | form | `nDecimals` |
 /// |---|---|---|
 /// | DecimalDegrees | 45.5042 | behind the point; -1 the shortest exact text |
-/// | Packed | ddd.mmssfff: 45.30151 is 45 degrees 30 minutes 15.1 seconds | behind the point, fewer than 4 too; -1 is 9
-/// | | DegreesMinutes | 45°30.2517' | of the minutes; -1 is 7 | | DegreesMinutesSeconds | 45°30'15.1000" | of the
-/// seconds; -1 is 5 | | Digits | 0453015: three digits of degrees, two of minutes, two of seconds | without effect | |
-/// Plain | 45.504 | behind the point; -1 is 3 |
+/// | Packed | ddd.mmssfff: 45.30151 is 45 degrees 30 minutes 15.1 seconds | behind the point, 0 to 16; -1 is 9 |
+/// | DegreesMinutes | 45°30.2517' | of the minutes; -1 is 7 |
+/// | DegreesMinutesSeconds | 45°30'15.1000" | of the seconds; -1 is 5 |
+/// | Digits | 0453015: three digits of degrees, two of minutes, two of seconds | without effect |
+/// | Plain | 45.504 | behind the point; -1 is 3 |
 ALIDADE_API CString CoordsByStyleToString(ECOORDS_STYLE style, double dDegrees, int nDecimals);
 /// Reads the same forms. In those with signs either form is taken, blanks may stand around a part, parts at the end may
 /// be missing, and the last one may have decimals. `bOk` is cleared, and 0 given, if the text isn't of the form, has 60
@@ -130,7 +131,7 @@ ALIDADE_API bool IsValidName(std::string_view text);
 ALIDADE_API bool IsValidCodeName(std::string_view text);
 /// Whether the text may name a file in a folder: a valid name of at most 200 bytes without / \ : * ? " < > |, not "."
 /// or "..", not ending in a point or a blank nor beginning with a blank, and no name of a device (CON, PRN, AUX, NUL,
-/// COM0 to COM9, LPT0 to LPT9, in any case, with or without an extension).
+/// CONIN$, CONOUT$, COM and LPT with a digit, raised ones among them; in any case, with or without an extension).
 ALIDADE_API bool IsValidFileName(std::string_view text);
 /// A file name without its extension, in the folder of `base`: named `name` if `bUseName`, else as `base` without its
 /// extension. Both / and \ end a folder in `base`. `name` is trusted to be a valid file name.

@@ -26,9 +26,13 @@ bool HasControlCharacter(std::string_view text)
 bool IsDeviceName(std::string_view fileName)
 {
     const CString name = IEUtils::ToLower(IEUtils::TrimRight(fileName.substr(0, fileName.find('.'))));
-    if (name == "con" || name == "prn" || name == "aux" || name == "nul")
+    if (name == "con" || name == "prn" || name == "aux" || name == "nul" || name == "conin$" || name == "conout$")
         return true;
-    return name.size() == 4 && (name.starts_with("com") || name.starts_with("lpt")) && name[3] >= '0' && name[3] <= '9';
+    if (!name.starts_with("com") && !name.starts_with("lpt"))
+        return false;
+    const std::string_view port = std::string_view(name).substr(3);
+    const bool bDigit = port.size() == 1 && port[0] >= '0' && port[0] <= '9';
+    return bDigit || port == "\u00B9" || port == "\u00B2" || port == "\u00B3";
 }
 
 /// Index at which the last part of a path begins.

@@ -156,7 +156,7 @@ void SplitInDoubleQuotes(std::string_view text, std::string_view delimiter, TSin
         return;
     }
     SplitQuoted(text, delimiter, sink, [text](std::size_t at, std::size_t begin) {
-        constexpr std::string_view kOpensBehind = "=&@(#";
+        constexpr std::string_view kOpensBehind = "=&@(# \t";
         if (text[at] != '"' || (at != begin && kOpensBehind.find(text[at - 1]) == std::string_view::npos))
             return at;
         // a quote without a partner is the last one of the text, so the search for it is made only once

@@ -134,6 +134,12 @@ TEST_F(TextFile, CodePagesAreThoseOfIconv)
         EXPECT_EQ(m_strEncoding, row.m_Encoding);
         EXPECT_EQ(m_nMended, 0);
     }
+    // a page that has other characters in the places of ASCII changes every line
+    Put("\\\n\x83\x5C\n");
+    EXPECT_EQ(Lines("SHIFT_JIS"), (CStringArray{"\u00A5", "\u30BD"}));
+    // a switch to another set lasts to the end of its line
+    Put("\x1B$B$\"\nabc\xFF\n");
+    EXPECT_EQ(Lines("ISO-2022-JP"), (CStringArray{"\u3042", "abc\uFFFD"}));
     // a character that the end of the line cuts leaves the next line whole
     Put("\x83\n\x83\x5C\n");
     EXPECT_EQ(Lines("CP932"), (CStringArray{"\uFFFD", "\u30BD"}));
