@@ -4,6 +4,8 @@
 #include "frame/point_importer.h"
 #include "vellumlib/utils.h"
 
+#include <algorithm>
+
 using namespace DelimitedText;
 
 namespace {
@@ -50,16 +52,30 @@ CStringArray SplitQuoted(std::string_view text, char cMark)
 
 /// Takes a value in double quotes off the text, and with it whatever stands ahead of the next pair. A "$" within the
 /// quotes is where the next pair begins all the same.
-std::string_view TakeQuoted(std::string_view& text)
+/// `bMark` tells whether the text holds a "$" at all: a long row of values without any would be searched for it each
+/// time.
+std::string_view TakeQuoted(std::string_view& text, bool bMark)
 {
     text.remove_prefix(1);
     const std::size_t nQuote = text.find('"');
     const std::string_view value = text.substr(0, nQuote);
     std::size_t nCut = nQuote;
-    if (const std::size_t nNext = text.find(kAttributeMark); nNext != npos)
-        nCut = nNext;
+    if (bMark)
+        nCut = text.find(kAttributeMark);
     text = nCut == npos ? std::string_view() : text.substr(nCut + 1);
     return value;
+}
+
+/// A field takes more memory than the characters between two delimiters, so a line of delimiters alone is not split.
+bool HasTooManyFields(std::string_view line, char16_t cDelimiter)
+{
+    constexpr std::size_t kShortLine = 4096;
+    constexpr std::ptrdiff_t kMostFields = 10000;
+    if (line.size() < kShortLine)
+        return false;
+    // the last byte of the delimiter; one of a longer character may count too often, but never too seldom
+    const char cLast = IEUtils::CharToString(cDelimiter).back();
+    return std::count(line.begin(), line.end(), cLast) > kMostFields;
 }
 
 std::string_view TakePlain(std::string_view& text)
@@ -77,18 +93,26 @@ EIEResult CIEPointImporter::ParseLine(std::string_view line, std::unique_ptr<CIE
     const TIEAsciiFormat& format = m_pData->GetSettings().GetAsciiFormat();
     const IEAsciiFields::TFields& layout = format.m_Fields;
     std::vector<std::string_view>& fields = m_FieldTexts;
+    if (layout.empty())
+        return Refuse("layout.empty", "the layout has no field");
+    if (HasTooManyFields(line, format.m_cDelimiter))
+        return Refuse("line.too-long", "it has more fields than any record can have");
     IEUtils::ParseValuesInQuotes(line, fields, format.m_cDelimiter);
-    if (fields.size() < layout.size() && IEUtils::Right(line, 1) == IEUtils::CharToString(format.m_cDelimiter))
+    // the empty field behind a last delimiter is there already, unless blanks separate, which end a line as often as
+    // not
+    if (format.m_cDelimiter == u' ' && fields.size() < layout.size() && line.ends_with(' '))
         fields.emplace_back();
 
     const int nExpected = static_cast<int>(layout.size());
     const int nCodes = IEAsciiFields::FindCodesInArray(layout);
+    int nImplied = 0; // a line may end ahead of the codes
     if (static_cast<int>(fields.size()) < nExpected) {
         if (nCodes < 0 || nCodes != nExpected - 1)
             return Refuse("line.field-count", "it has " +
                                                   IEUtils::IntToString(static_cast<std::int64_t>(fields.size())) +
                                                   " fields where the layout has " + IEUtils::IntToString(nExpected));
         fields.emplace_back();
+        nImplied = 1;
     }
 
     int nName = IEAsciiFields::FindTypeInArray(IEAsciiFields::Name, layout);
@@ -124,7 +148,8 @@ EIEResult CIEPointImporter::ParseLine(std::string_view line, std::unique_ptr<CIE
     }
     if (static_cast<int>(fields.size()) - nReferences != nExpected)
         return Refuse("line.field-count",
-                      "it has " + IEUtils::IntToString(static_cast<std::int64_t>(fields.size()) - nReferences) +
+                      "it has " +
+                          IEUtils::IntToString(static_cast<std::int64_t>(fields.size()) - nReferences - nImplied) +
                           " fields where the layout has " + IEUtils::IntToString(nExpected));
 
     CIEStation station;
@@ -181,7 +206,7 @@ bool CIEPointImporter::SetField(int nField, std::string_view text, CIEStation& s
         break; // codes come later; a GPS field tells nothing here
     }
     if (!bOk)
-        Refuse("line.number", CString("its ") + pWhat + " \"" + CString(text) + "\" can't be read");
+        Refuse("line.number", CString("its ") + pWhat + " \"" + Excerpt(text) + "\" can't be read");
     return bOk;
 }
 
@@ -242,7 +267,9 @@ CIEPointImporter::TAttributes CIEPointImporter::ReadAttributes(std::string_view 
 {
     const bool bQuotes = m_pData->GetSettings().m_bAttrQuotes;
     TAttributes attributes;
-    text = IEUtils::TrimLeft(text);
+    text = IEUtils::Trim(text);
+    const std::size_t nLastMark = text.rfind(kAttributeMark);
+    const std::size_t nFromLastMark = nLastMark == npos ? npos : text.size() - nLastMark; // bytes, the mark among them
     for (std::size_t nValue = text.find(kValueMark); nValue != npos; nValue = text.find(kValueMark)) {
         const std::string_view name = IEUtils::Trim(text.substr(0, nValue));
         text = IEUtils::Trim(text.substr(nValue + 1));
@@ -250,7 +277,7 @@ CIEPointImporter::TAttributes CIEPointImporter::ReadAttributes(std::string_view 
         const std::string_view type = nType == npos ? std::string_view() : name.substr(nType + 1);
         // A text without its quote comes from a file that was written without them, and reads as any other value.
         const bool bQuoted = (type == kText || (bQuotes && IsListWord(type))) && text.starts_with('"');
-        const std::string_view value = bQuoted ? TakeQuoted(text) : TakePlain(text);
+        const std::string_view value = bQuoted ? TakeQuoted(text, text.size() >= nFromLastMark) : TakePlain(text);
         attributes.push_back({CString(name), CString(IEUtils::Trim(value))});
     }
     return attributes;

@@ -8,17 +8,6 @@ using namespace DelimitedText;
 
 namespace {
 
-/// A line end within a text would end the record.
-void AddText(CIETextLine& line, std::string_view text)
-{
-    if (text.find_first_of("\r\n") == std::string_view::npos) {
-        line.Add(text);
-        return;
-    }
-    for (const char c : text)
-        line.Add(c == '\r' || c == '\n' ? ' ' : c);
-}
-
 void AppendQuoted(CString& out, std::string_view text, bool bQuotes)
 {
     if (bQuotes)
@@ -56,6 +45,16 @@ void AppendType(CString& out, const CIEAttrDescription& attribute)
 
 } // namespace
 
+void CIEPointExporter::AddText(std::string_view text)
+{
+    if (text.find_first_of("\r\n") == std::string_view::npos) {
+        m_Line.Add(text);
+        return;
+    }
+    for (const char c : text)
+        m_Line.Add(c == '\r' || c == '\n' ? ' ' : c);
+}
+
 bool CIEPointExporter::WriteHeader()
 {
     const TIEAsciiFormat& format = m_pData->GetSettings().GetAsciiFormat();
@@ -90,9 +89,9 @@ void CIEPointExporter::MakeLine(const CIEStation& station, const CIEObject& obje
     if (object.GetType() == EIEObjectsType::PTLPoint) {
         const auto& relative = static_cast<const CIEPTLPoint&>(object);
         m_Line.Add(strDelimiter);
-        AddText(m_Line, relative.GetFirstReferencePointIDs());
+        AddText(relative.GetFirstReferencePointIDs());
         m_Line.Add(strDelimiter);
-        AddText(m_Line, relative.GetSecondReferencePointIDs());
+        AddText(relative.GetSecondReferencePointIDs());
     }
 }
 
@@ -111,7 +110,7 @@ void CIEPointExporter::AddField(int nField, const CIEStation& station, const CIE
     };
     switch (nField) {
     case IEAsciiFields::Name:
-        AddText(m_Line, object.GetName());
+        AddText(object.GetName());
         break;
     case IEAsciiFields::North:
         addCoordinate(station.m_dNorth, settings.m_nNorthDecimals);
@@ -126,19 +125,19 @@ void CIEPointExporter::AddField(int nField, const CIEStation& station, const CIE
         addDistance(station.GetGeoidHeight(), settings.m_nHeightDecimals);
         break;
     case IEAsciiFields::Notes:
-        AddText(m_Line, station.GetNotes());
+        AddText(station.GetNotes());
         break;
     case IEAsciiFields::Codes:
-        AddText(m_Line, MakeCodeString(&object, false, false, false));
+        AddText(MakeCodeString(&object, false, false, false));
         break;
     case IEAsciiFields::CodesWithStrings:
-        AddText(m_Line, MakeCodeString(&object, false, true, false));
+        AddText(MakeCodeString(&object, false, true, false));
         break;
     case IEAsciiFields::CodesWithAttributes:
-        AddText(m_Line, MakeCodeString(&object, true, false, false));
+        AddText(MakeCodeString(&object, true, false, false));
         break;
     case IEAsciiFields::CodesWithAll:
-        AddText(m_Line, MakeCodeString(&object, true, true, true));
+        AddText(MakeCodeString(&object, true, true, true));
         break;
     default:
         break; // a property that only a GPS position has stays empty

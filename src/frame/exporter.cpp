@@ -1,9 +1,12 @@
 #include "frame/exporter.h"
 
+#include "frame/losses.h"
+
 EIEResult CIEExporter::Export()
 {
     constexpr int kStepsBetweenReports = 1000;
     IIETransferObserver* const pObserver = m_pData->GetObserver();
+    const int nFirst = m_pData->GetCurDatasetID();
     int nSteps = 0;
     while (SingleStep() && !CIEData::m_bStopProcess) {
         if (pObserver && ++nSteps % kStepsBetweenReports == 0)
@@ -14,8 +17,42 @@ EIEResult CIEExporter::Export()
     if (m_nStep < 0)
         return IE_CANNOT_OPEN_FILE;
     if (pObserver) {
-        NoteJobLosses();
+        NoteDatasets(nFirst);
         pObserver->OnProgress(GetNumberOfSteps(), GetNumberOfSteps());
     }
     return GetResult();
+}
+
+/// A run over all datasets goes from the one that was current on, and may end ahead of the last.
+void CIEExporter::NoteDatasets(int nFirst) const
+{
+    const bool bAll = m_pData->GetSettings().m_bSingleFile;
+    const int nLast = m_pData->GetCurDatasetID();
+    for (int i = 0; const CIEDataset* const pDataset = m_pData->GetDatasetAt(i); ++i) {
+        if (bAll ? i >= nFirst && i <= nLast : i == nLast)
+            Losses::NoteDataset(*m_pData, m_strFileName, *pDataset, m_nCarries);
+        else if (bAll)
+            Losses::NoteUnreached(*m_pData, m_strFileName, *pDataset,
+                                  i < nFirst ? "the run began behind its dataset \"" + pDataset->GetName() + "\""
+                                             : "a dataset without objects ended the file ahead of its dataset \"" +
+                                                   pDataset->GetName() + "\"");
+    }
+}
+
+void CIEExporter::Note(TIENote::EKind eKind, const char* pCode, CString strRecord, CString strReason) const
+{
+    if (!m_pData->GetObserver())
+        return;
+    TIENote note;
+    note.m_eKind = eKind;
+    note.m_pCode = pCode;
+    note.m_strFile = m_strFileName;
+    note.m_strRecord = std::move(strRecord);
+    note.m_strReason = std::move(strReason);
+    m_pData->Note(note);
+}
+
+void CIEExporter::NoteLosses(const CIEObject& object) const
+{
+    Losses::NoteObject(*m_pData, m_strFileName, object, m_nCarries);
 }

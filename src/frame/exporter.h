@@ -36,8 +36,7 @@ protected:
     void Note(TIENote::EKind eKind, const char* pCode, CString strRecord, CString strReason) const;
     /// Tells the host what of an object a form with these EIECarries bits doesn't hold: the object itself, its codes,
     /// its layer ...
-    void NoteLosses(const CIEObject& object, unsigned nCarries) const;
-    void NoteLosses(const CIEObject& object) const { NoteLosses(object, m_nCarries); }
+    void NoteLosses(const CIEObject& object) const;
 
     CIEData* m_pData; // not owned
     CString m_strFileName;
@@ -45,9 +44,7 @@ protected:
     EIEResult m_nResult = IE_OK;
 
 private:
-    void NoteJobLosses() const;
-    void NoteDatasetLosses(const CIEDataset& dataset) const;
-    void NoteUnusedCodes() const;
+    void NoteDatasets(int nFirst) const;
 
     unsigned m_nCarries = ~0U;
 };

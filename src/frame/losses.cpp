@@ -1,6 +1,5 @@
-// What a form can't hold is told to the host, object by object. Nothing here runs without an observer.
+#include "frame/losses.h"
 
-#include "frame/exporter.h"
 #include "frame/format_row.h"
 
 #include <unordered_set>
@@ -93,92 +92,115 @@ bool HasInStations(const CIEObject& object, const TStationLoss& loss)
     return false;
 }
 
-} // namespace
+/// The notes of one file.
+class CNotes {
+public:
+    CNotes(const CIEData& job, const CString& strFile) : m_Job(job) { m_Note.m_strFile = strFile; }
 
-void CIEExporter::Note(TIENote::EKind eKind, const char* pCode, CString strRecord, CString strReason) const
-{
-    if (!m_pData->GetObserver())
-        return;
-    TIENote note;
-    note.m_eKind = eKind;
-    note.m_pCode = pCode;
-    note.m_strFile = m_strFileName;
-    note.m_strRecord = std::move(strRecord);
-    note.m_strReason = std::move(strReason);
-    m_pData->Note(note);
-}
+    void Add(TIENote::EKind eKind, const char* pCode, const CString& strRecord, CString strReason)
+    {
+        m_Note.m_eKind = eKind;
+        m_Note.m_pCode = pCode;
+        m_Note.m_strRecord = strRecord;
+        m_Note.m_strReason = std::move(strReason);
+        m_Job.Note(m_Note);
+    }
+    void AddLeftOut(const char* pCode, const CString& strRecord, CString strReason)
+    {
+        Add(TIENote::LeftOut, pCode, strRecord, std::move(strReason));
+    }
 
-void CIEExporter::NoteLosses(const CIEObject& object, unsigned nCarries) const
-{
-    if (!m_pData->GetObserver())
-        return;
-    const CString strWord = WordFor(object);
-    if (!(KindOf(object) & nCarries)) {
-        Note(TIENote::LeftOut, "object.kind", object.GetName(), "the form doesn't hold a " + strWord);
-        return;
-    }
-    if (object.GetNumberOfCodes() > 0 && !(nCarries & CARRIES_CODES))
-        Note(TIENote::LeftOut, "object.codes", object.GetName(), "the form doesn't hold the codes of this " + strWord);
-    else if (!(nCarries & CARRIES_ATTRIBUTES) && HasAttributes(object))
-        Note(TIENote::LeftOut, "object.attributes", object.GetName(),
-             "the form doesn't hold all that the codes of this " + strWord + " say");
-    if (object.GetLayer() && !(nCarries & CARRIES_LAYERS))
-        Note(TIENote::LeftOut, "object.layer", object.GetName(),
-             "the form doesn't hold the layer \"" + object.GetLayer()->GetName() + "\" of this " + strWord);
-    for (const TStationLoss& loss : kStationLosses) {
-        if (!(nCarries & loss.m_nCarries) && HasInStations(object, loss))
-            Note(loss.m_eKind, loss.m_pCode, object.GetName(), loss.m_pReason + strWord);
-    }
-    const bool bSpecial =
-        object.GetType() == EIEObjectsType::PTLPoint || object.GetType() == EIEObjectsType::GPSPosition;
-    if (bSpecial && !(nCarries & CARRIES_POINT_KINDS))
-        Note(TIENote::Changed, "object.point-kind", object.GetName(),
-             "the form holds this " + strWord + " as a plain point");
-}
+private:
+    const CIEData& m_Job;
+    TIENote m_Note;
+};
 
-void CIEExporter::NoteJobLosses() const
-{
-    if (m_pData->GetSettings().m_bSingleFile) {
-        for (int i = 0; const CIEDataset* const pDataset = m_pData->GetDatasetAt(i); ++i)
-            NoteDatasetLosses(*pDataset);
-    } else if (const CIEDataset* const pDataset = m_pData->GetCurDataset(false)) {
-        NoteDatasetLosses(*pDataset);
-    }
-    const CIERoadTemplatesDictionary* const pTemplates = m_pData->GetIERoadTemplatesDictionary();
-    if (pTemplates && !(m_nCarries & CARRIES_TEMPLATES))
-        Note(TIENote::LeftOut, "job.templates", {}, "the form doesn't hold the job's road templates");
-    if (!(m_nCarries & CARRIES_DICTIONARY))
-        NoteUnusedCodes();
-}
-
-void CIEExporter::NoteDatasetLosses(const CIEDataset& dataset) const
-{
-    if (!(m_nCarries & CARRIES_SURFACES)) {
-        for (int i = 0; const CIESurface* const pSurface = dataset.GetSurfaceAt(i); ++i)
-            Note(TIENote::LeftOut, "object.kind", pSurface->GetName(), "the form doesn't hold a surface");
-    }
-    if (!(m_nCarries & CARRIES_ALIGNMENTS)) {
-        for (int i = 0; const CIEAlignment* const pAlignment = dataset.GetAlignmentAt(i); ++i)
-            Note(TIENote::LeftOut, "object.kind", pAlignment->GetName(), "the form doesn't hold an alignment");
-    }
-}
-
-void CIEExporter::NoteUnusedCodes() const
+void NoteUnusedCodes(const CIEData& job, CNotes& notes)
 {
     std::unordered_set<const CIECodeDescription*> used;
-    for (int i = 0; const CIEDataset* const pDataset = m_pData->GetDatasetAt(i); ++i) {
+    for (int i = 0; const CIEDataset* const pDataset = job.GetDatasetAt(i); ++i) {
         for (int j = 0; const CIEObject* const pObject = pDataset->GetObjectAt(j); ++j) {
             for (int k = 0; const CIECodeValues* const pCode = pObject->GetCode(k); ++k)
                 used.insert(pCode->GetDescription());
         }
     }
-    const CIEDataDictionary* const pDictionary = m_pData->GetIEDataDictionary();
+    const CIEDataDictionary* const pDictionary = job.GetIEDataDictionary();
     for (int i = 0; const CIECodeDescription* const pCode = pDictionary->GetCodeDescriptionAt(i); ++i) {
         if (!used.contains(pCode))
-            Note(TIENote::LeftOut, "job.code", pCode->GetName(),
-                 "no object has this code, and the form holds no dictionary");
+            notes.AddLeftOut("job.code", pCode->GetName(), "no object has this code, and the form holds no dictionary");
         else if (!pCode->GetDescription().empty())
-            Note(TIENote::LeftOut, "job.code", pCode->GetName(),
-                 "the form doesn't hold the words that describe this code");
+            notes.AddLeftOut("job.code", pCode->GetName(), "the form doesn't hold the words that describe this code");
     }
 }
+
+} // namespace
+
+namespace Losses {
+
+void NoteObject(const CIEData& job, const CString& strFile, const CIEObject& object, unsigned nCarries)
+{
+    if (!job.GetObserver())
+        return;
+    CNotes notes(job, strFile);
+    const CString& strName = object.GetName();
+    const CString strWord = WordFor(object);
+    if (!(KindOf(object) & nCarries)) {
+        notes.AddLeftOut("object.kind", strName, "the form doesn't hold a " + strWord);
+        return;
+    }
+    if (object.GetNumberOfCodes() > 0 && !(nCarries & CARRIES_CODES))
+        notes.AddLeftOut("object.codes", strName, "the form doesn't hold the codes of this " + strWord);
+    else if (!(nCarries & CARRIES_ATTRIBUTES) && HasAttributes(object))
+        notes.AddLeftOut("object.attributes", strName,
+                         "the form doesn't hold all that the codes of this " + strWord + " say");
+    if (object.GetLayer() && !(nCarries & CARRIES_LAYERS))
+        notes.AddLeftOut("object.layer", strName,
+                         "the form doesn't hold the layer \"" + object.GetLayer()->GetName() + "\" of this " + strWord);
+    for (const TStationLoss& loss : kStationLosses) {
+        if (!(nCarries & loss.m_nCarries) && HasInStations(object, loss))
+            notes.Add(loss.m_eKind, loss.m_pCode, strName, loss.m_pReason + strWord);
+    }
+    const bool bSpecial =
+        object.GetType() == EIEObjectsType::PTLPoint || object.GetType() == EIEObjectsType::GPSPosition;
+    if (bSpecial && !(nCarries & CARRIES_POINT_KINDS))
+        notes.Add(TIENote::Changed, "object.point-kind", strName,
+                  "the form holds this " + strWord + " as a plain point");
+}
+
+void NoteDataset(const CIEData& job, const CString& strFile, const CIEDataset& dataset, unsigned nCarries)
+{
+    CNotes notes(job, strFile);
+    if (!(nCarries & CARRIES_SURFACES)) {
+        for (int i = 0; const CIESurface* const pSurface = dataset.GetSurfaceAt(i); ++i)
+            notes.AddLeftOut("object.kind", pSurface->GetName(), "the form doesn't hold a surface");
+    }
+    if (!(nCarries & CARRIES_ALIGNMENTS)) {
+        for (int i = 0; const CIEAlignment* const pAlignment = dataset.GetAlignmentAt(i); ++i)
+            notes.AddLeftOut("object.kind", pAlignment->GetName(), "the form doesn't hold an alignment");
+    }
+}
+
+void NoteUnreached(const CIEData& job, const CString& strFile, const CIEDataset& dataset, const CString& strReason)
+{
+    constexpr const char* kCode = "dataset.unreached";
+    CNotes notes(job, strFile);
+    for (int i = 0; const CIEObject* const pObject = dataset.GetObjectAt(i); ++i)
+        notes.AddLeftOut(kCode, pObject->GetName(), strReason);
+    for (int i = 0; const CIESurface* const pSurface = dataset.GetSurfaceAt(i); ++i)
+        notes.AddLeftOut(kCode, pSurface->GetName(), strReason);
+    for (int i = 0; const CIEAlignment* const pAlignment = dataset.GetAlignmentAt(i); ++i)
+        notes.AddLeftOut(kCode, pAlignment->GetName(), strReason);
+}
+
+void NoteJob(const CIEData& job, const CString& strFile, unsigned nCarries)
+{
+    if (!job.GetObserver())
+        return;
+    CNotes notes(job, strFile);
+    if (job.GetIERoadTemplatesDictionary() && !(nCarries & CARRIES_TEMPLATES))
+        notes.AddLeftOut("job.templates", {}, "the form doesn't hold the job's road templates");
+    if (!(nCarries & CARRIES_DICTIONARY))
+        NoteUnusedCodes(job, notes);
+}
+
+} // namespace Losses

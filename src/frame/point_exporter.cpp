@@ -4,7 +4,9 @@
 
 CIEPointExporter::~CIEPointExporter()
 {
-    Close();
+    // a copy of this exporter may still be writing
+    if (m_pFile.use_count() == 1)
+        Close();
 }
 
 int CIEPointExporter::CountObjects() const
@@ -34,8 +36,6 @@ bool CIEPointExporter::SingleStep()
         m_pData->SetCurDataset(nCurrent + 1);
     }
     if (m_nStep >= CountObjects()) {
-        if (bAll)
-            NoteUnreached();
         WriteFooter();
         return CloseFile();
     }
@@ -93,11 +93,8 @@ bool CIEPointExporter::CloseFile()
 
 void CIEPointExporter::Close()
 {
-    // a copy of this exporter may still be writing
-    if (!m_pFile || m_pFile.use_count() > 1) {
-        m_pFile.reset();
+    if (!m_pFile)
         return;
-    }
     if (!m_pFile->Close())
         Note(TIENote::LeftOut, "file.write-failed", {}, "the file could not be written to its end");
     if (const std::int64_t nReplaced = m_pFile->GetReplacedCharacters())
@@ -105,17 +102,6 @@ void CIEPointExporter::Close()
              IEUtils::IntToString(nReplaced) + " characters aren't in " + m_pData->GetSettings().m_strWriteEncoding +
                  " and became \"?\"");
     m_pFile.reset();
-}
-
-void CIEPointExporter::NoteUnreached()
-{
-    if (!m_pData->GetObserver())
-        return;
-    for (int i = m_pData->GetCurDatasetID() + 1; const CIEDataset* const pDataset = m_pData->GetDatasetAt(i); ++i) {
-        for (int j = 0; const CIEObject* const pObject = pDataset->GetObjectAt(j); ++j)
-            Note(TIENote::LeftOut, "dataset.unreached", pObject->GetName(),
-                 "an empty dataset ahead of \"" + pDataset->GetName() + "\" ended the file");
-    }
 }
 
 bool CIEPointExporter::WriteFooter()

@@ -38,6 +38,8 @@ protected:
 
     /// Puts the line of one station into m_Line, without its end.
     void MakeLine(const CIEStation& station, const CIEObject& object);
+    /// Adds text of the job to m_Line. A line end within it would end the record, and becomes a blank.
+    void AddText(std::string_view text);
 
     std::shared_ptr<CIETextWriter> m_pFile; ///< null before OpenFile and after CloseFile
     CString m_strCodeLine;                  ///< scratch for subclasses
@@ -49,6 +51,5 @@ private:
     void AddField(int nField, const CIEStation& station, const CIEObject& object);
     void AddCode(const CIECodeValues& code, bool bAttributes, bool bCodeStrings, bool bControlCodes,
                  CString& out) const;
-    void NoteUnreached();
     void Close();
 };

@@ -75,6 +75,7 @@ EIEResult CIEPointImporter::ImportFile(CIETextFile& file)
         if (!file.ReadLine(line) || line.empty())
             break;
         m_nLine = file.GetLineNumber();
+        m_FieldTexts.clear(); // they point into the line before
         std::unique_ptr<CIEObject> pObject;
         EIEResult eLine = file.WasCut() ? Refuse("line.too-long", "the line is longer than any record can be")
                                         : ParseLine(line, pObject);
@@ -83,7 +84,7 @@ EIEResult CIEPointImporter::ImportFile(CIETextFile& file)
         if (eResult != IE_PARTIAL)
             eResult = eLine;
         if (eLine == IE_PARTIAL) {
-            Note(TIENote::Refused, m_pRefusalCode, m_nLine, m_FieldTexts.empty() ? CString() : CString(m_FieldTexts[0]),
+            Note(TIENote::Refused, m_pRefusalCode, m_nLine, m_FieldTexts.empty() ? CString() : Excerpt(m_FieldTexts[0]),
                  m_strRefusal);
             continue;
         }
@@ -170,6 +171,12 @@ void CIEPointImporter::CloseLine(CIEDataset& dataset)
     if (m_pOpenLine && m_pOpenLine->IsClosed())
         dataset.TransformLineToPolygon(m_pOpenLine);
     m_pOpenLine = nullptr;
+}
+
+CString CIEPointImporter::Excerpt(std::string_view text)
+{
+    constexpr int kShown = 64; // no name or number of sense is longer
+    return CString(IEUtils::Left(text, kShown));
 }
 
 EIEResult CIEPointImporter::Refuse(const char* pCode, CString strReason)

@@ -33,15 +33,6 @@ CIEThread* Start(TProcedure procedure, CIEData* pData, const CString& strFileNam
     }
 }
 
-EIEResult Run(TProcedure procedure, CIEData* pData, const CString& strFileName, int nCode)
-{
-    try {
-        return procedure(MakeContext(pData, strFileName, nCode));
-    } catch (const std::bad_alloc&) {
-        return IE_OUT_OF_MEMORY;
-    }
-}
-
 } // namespace
 
 extern "C" {
@@ -53,7 +44,11 @@ CIEThread* StartImportInSeparateThread(CIEData* pData, const CString& strFileNam
 
 EIEResult ImportInTheSameThread(CIEData* pData, const CString& strFileName, int nCode)
 {
-    return Run(&ImportProc, pData, strFileName, nCode);
+    try {
+        return ImportProc(MakeContext(pData, strFileName, nCode));
+    } catch (const std::bad_alloc&) {
+        return IE_OUT_OF_MEMORY;
+    }
 }
 
 CIEThread* StartExportInSeparateThread(CIEData* pData, const CString& strFileName, EExportType eCode)
@@ -63,7 +58,14 @@ CIEThread* StartExportInSeparateThread(CIEData* pData, const CString& strFileNam
 
 EIEResult ExportInTheSameThread(CIEData* pData, const CString& strFileName, EExportType eCode)
 {
-    return Run(&ExportProc, pData, strFileName, static_cast<int>(eCode));
+    std::unique_ptr<CIEData> pJob(pData); // the run's from here on, whether it comes to a start or not
+    try {
+        std::unique_ptr<TIEThreadContext> pContext = MakeContext(pData, strFileName, static_cast<int>(eCode));
+        (void)pJob.release();
+        return ExportProc(std::move(pContext));
+    } catch (const std::bad_alloc&) {
+        return IE_OUT_OF_MEMORY;
+    }
 }
 
 CRW5Generator* CreateRW5Generator(TIEJobInfo* /*pJobInfo*/)

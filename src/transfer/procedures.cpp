@@ -2,9 +2,11 @@
 
 #include "frame/exporter.h"
 #include "frame/importer.h"
+#include "frame/losses.h"
 #include "platform/file.h"
 #include "platform/messages.h"
 #include "transfer/factory.h"
+#include "transfer/format_table.h"
 #include "vellumlib/utils.h"
 
 #include <unordered_set>
@@ -82,7 +84,9 @@ EIEResult ExportDatasets(CIEData& job, const CString& strFileName, int nCode)
                         "a dataset ahead has the same name, and this one's file replaces its file");
         job.SetCurDataset(i);
         const EIEResult eResult = ExportOne(job, strFile, nCode);
-        if (eResult < 0 && eResult != IE_STOPPED)
+        if (eResult == IE_STOPPED && eAggregate > 0)
+            NoteDataset(job, strFile, pDataset->GetName(), "the run was stopped ahead of the dataset's end");
+        else if (eResult < 0 && eResult != IE_STOPPED)
             NoteDataset(job, strFile, pDataset->GetName(), "the dataset's file could not be written");
         if (eAggregate < 0 && (eResult > 0 || eResult == IE_STOPPED))
             eAggregate = eResult;
@@ -90,6 +94,29 @@ EIEResult ExportDatasets(CIEData& job, const CString& strFileName, int nCode)
             break;
     }
     return eAggregate;
+}
+
+/// One run for the whole job. Unless it writes all datasets into one file, it writes the current one.
+EIEResult ExportWhole(CIEData& job, const CString& strFileName, int nCode)
+{
+    const EIEResult eResult = ExportOne(job, strFileName, nCode);
+    if (eResult < 0 || job.GetSettings().m_bSingleFile)
+        return eResult;
+    for (int i = 0; const CIEDataset* const pDataset = job.GetDatasetAt(i); ++i) {
+        if (i != job.GetCurDatasetID())
+            Losses::NoteUnreached(job, strFileName, *pDataset,
+                                  "the run wrote the current dataset alone, and not \"" + pDataset->GetName() + "\"");
+    }
+    return eResult;
+}
+
+EIEResult Export(CIEData& job, const CString& strFileName, int nCode)
+{
+    const EIEResult eResult =
+        IsPerDataset(job) ? ExportDatasets(job, strFileName, nCode) : ExportWhole(job, strFileName, nCode);
+    if (const TIEFormatRow* const pRow = CIEFormatTable::Find(EIEDirection::Export, nCode); pRow && eResult > 0)
+        Losses::NoteJob(job, strFileName, pRow->m_nCarries);
+    return eResult;
 }
 
 } // namespace
@@ -119,9 +146,7 @@ EIEResult ExportProc(std::unique_ptr<TIEThreadContext> pContext)
         return IE_NO_JOB;
     const std::unique_ptr<CIEData> pJob(pContext->m_pData);
     const EIEResult eResult =
-        IsPerDataset(*pJob)
-            ? WithoutExceptions([&] { return ExportDatasets(*pJob, pContext->m_strFileName, pContext->m_nCode); })
-            : ExportOne(*pJob, pContext->m_strFileName, pContext->m_nCode);
+        WithoutExceptions([&] { return Export(*pJob, pContext->m_strFileName, pContext->m_nCode); });
     if (eResult == IE_STOPPED) {
         // a file that can't be deleted stays, and the next one is tried
         for (const CString& strFile : pJob->GetCreatedFileNames()) {

@@ -28,8 +28,8 @@ public:
 
 private:
     CIEMessageWindow m_Window{[this](const TIEMessage& message) {
-        m_Seen.push_back(Platform::GetMessageName(message.m_nMessage) + " " + std::to_string(message.m_nWParam) + " "
-                         + std::to_string(message.m_nLParam) + (m_Look ? " " + m_Look() : CString()));
+        m_Seen.push_back(Platform::GetMessageName(message.m_nMessage) + " " + std::to_string(message.m_nWParam) + " " +
+                         std::to_string(message.m_nLParam) + (m_Look ? " " + m_Look() : CString()));
     }};
 };
 
@@ -50,7 +50,7 @@ EIEResult Export(bool bThread, std::unique_ptr<CIEData> pJob, const CString& str
     return pThread && pThread->Wait() ? static_cast<EIEResult>(pThread->GetExitCode()) : IE_OUT_OF_MEMORY;
 }
 
-class ProceduresTest : public testing::TestWithParam<bool> {
+class DriverTest : public testing::Test {
 protected:
     /// A job whose finishing message goes to the listener and whose only object counts in m_nDeleted.
     std::unique_ptr<CIEData> MakeJob(std::function<void()> onLook = {})
@@ -63,11 +63,13 @@ protected:
         return pJob;
     }
 
-    const TStopGuard m_Guard;
+    TStopGuard m_Guard;
     CTempFolder m_Folder;
     CListener m_Listener;
     int m_nDeleted = 0;
 };
+
+class ProceduresTest : public DriverTest, public testing::WithParamInterface<bool> {};
 INSTANTIATE_TEST_SUITE_P(SameThreadAndOwnThread, ProceduresTest, testing::Bool());
 
 TEST_P(ProceduresTest, AnImportNamesObjectsFromCodesAndThenTells)
@@ -108,7 +110,8 @@ TEST_P(ProceduresTest, AnExportTellsWithTheFileClosedAndTheJobAlive)
 TEST_P(ProceduresTest, AStoppedExportHasTakenItsFilesAwayWhenItTells)
 {
     m_Listener.m_Look = [&] { return m_Folder.List() + std::to_string(m_nDeleted); };
-    EXPECT_EQ(Export(GetParam(), MakeJob([] { CIEData::m_bStopProcess = true; }), m_Folder / "out", kDelimited), IE_STOPPED);
+    EXPECT_EQ(Export(GetParam(), MakeJob([] { CIEData::m_bStopProcess = true; }), m_Folder / "out", kDelimited),
+              IE_STOPPED);
     EXPECT_THAT(m_Listener.m_Seen, ElementsAre("EXPORT_DATA_FINISHED 0 -16 0"));
     EXPECT_EQ(m_nDeleted, 1);
 }
@@ -151,7 +154,7 @@ TEST_P(ProceduresTest, WithoutAJobNothingIsTold)
     EXPECT_THAT(m_Listener.m_Seen, IsEmpty());
 }
 
-TEST_F(ProceduresTest, ARefusedThreadLeavesAllAsItWas)
+TEST_F(DriverTest, ARefusedThreadLeavesAllAsItWas)
 {
     const auto pJob = MakeJob();
     CIEThread::RefuseNext(2);
@@ -163,8 +166,8 @@ TEST_F(ProceduresTest, ARefusedThreadLeavesAllAsItWas)
     EXPECT_EQ(m_Folder.List(), "");
 }
 
-/// A job with datasets of these names. A digit behind a name is the number of points, one if there is none; "!" sets the stop
-/// when the first of them is looked at.
+/// A job with datasets of these names. A digit behind a name is the number of points, one if there is none; "!" sets
+/// the stop when the first of them is looked at.
 std::unique_ptr<CIEData> MakeJobOf(const CStringArray& datasets)
 {
     auto pJob = std::make_unique<CIEData>();
@@ -191,47 +194,50 @@ std::unique_ptr<CIEData> MakeJobOf(const CStringArray& datasets)
     return pJob;
 }
 
+enum ESet : unsigned { Usual = 0, SingleFile = 1, NoPoints = 2, NoLines = 4 };
+
 struct TDriverCase {
     const char* m_pWhat;
     CStringArray m_Datasets;
     EIEResult m_eResult;
     const char* m_pFiles; ///< "name:content " for each, line ends as "/"
-    const char* m_pRefused = nullptr; ///< part of the names of the files that can't be created
-    bool m_bSingleFile = false;
-    bool m_bPoints = true, m_bLines = true;
+    unsigned m_nSet = Usual;
     const char* m_pNotes = "";
+    const char* m_pRefused = nullptr; ///< part of the names of the files that can't be created
 };
 
 // clang-format off
+#define OUT "dataset.left-out:"
 const TDriverCase kDriver[] = {
-    {"a file for each",              {"A", "B2"}, IE_OK, "A.txt:A0/ B.txt:B0/B1/ "},
-    {"an empty one among them",      {"A", "B0", "C"}, IE_OK, "A.txt:A0/ B.txt: C.txt:C0/ "},
-    {"the first is empty",           {"A0", "B"}, IE_OK, "out.x: "},
-    {"no dataset",                   {}, IE_OK, "out.x: "},
-    {"points alone",                 {"A", "B"}, IE_OK, "A.txt:A0/ B.txt:B0/ ", nullptr, false, true, false},
-    {"lines alone",                  {"A", "B"}, IE_OK, "A.txt:A0/ B.txt:B0/ ", nullptr, false, false, true},
-    {"neither points nor lines",     {"A", "B"}, IE_OK, "out.x:A0/ ", nullptr, false, false, false},
-    {"a name that is no file name",  {"A/B", "C"}, IE_BAD_DATASET_NAME, "C.txt:C0/ ", nullptr, false, true, true, "dataset.left-out:A/B "},
-    {"the last name is none",        {"A", "NUL"}, IE_BAD_DATASET_NAME, "A.txt:A0/ ", nullptr, false, true, true, "dataset.left-out:NUL "},
-    {"no name is one",               {"", ".."}, IE_BAD_DATASET_NAME, "", nullptr, false, true, true, "dataset.left-out: dataset.left-out:.. "},
-    {"one can't be created",         {"A", "B", "C"}, IE_OK, "B.txt:B0/ C.txt:C0/ ", "/A.", false, true, true, "dataset.left-out:A "},
-    {"the last can't be created",    {"A", "B"}, IE_OK, "A.txt:A0/ ", "/B.", false, true, true, "dataset.left-out:B "},
-    {"none can be created",          {"A", "B"}, IE_NOTHING_DONE, "", ".txt", false, true, true, "dataset.left-out:A dataset.left-out:B "},
-    {"none created, one bad name",   {"A", "?"}, IE_BAD_DATASET_NAME, "", ".txt", false, true, true, "dataset.left-out:A dataset.left-out:? "},
-    {"a stop in the first",          {"A2!", "B"}, IE_STOPPED, ""},
-    {"a stop behind a failure",      {"A", "B2!", "C"}, IE_STOPPED, "", "/A.", false, true, true, "dataset.left-out:A "},
-    {"a stop behind a success",      {"A", "B2!", "C"}, IE_OK, "A.txt:A0/ B.txt:B0/ C.txt: "},
-    {"a stop behind a bad name",     {"?", "B2!", "C"}, IE_BAD_DATASET_NAME, "B.txt:B0/ C.txt: ", nullptr, false, true, true, "dataset.left-out:? "},
-    {"one file for all",             {"A", "B2"}, IE_OK, "out.x:A0/B0/B1/ ", nullptr, true},
-    {"an empty one in front",        {"A0", "B"}, IE_OK, "out.x:B0/ ", nullptr, true},
-    {"an empty one in the middle",   {"A", "B0", "C2"}, IE_OK, "out.x:A0/ ", nullptr, true, true, true, "dataset.unreached:C0 dataset.unreached:C1 "},
-    {"an empty one at the end",      {"A", "B0"}, IE_OK, "out.x:A0/ ", nullptr, true},
-    {"one file that can't be made",  {"A", "B"}, IE_CANNOT_OPEN_FILE, "", "out", true},
-    {"one file, stopped",            {"A", "B2!"}, IE_STOPPED, "", nullptr, true},
+    {"a file for each",             {"A", "B2"}, IE_OK, "A.txt:A0/ B.txt:B0/B1/ "},
+    {"an empty one among them",     {"A", "B0", "C"}, IE_OK, "A.txt:A0/ B.txt: C.txt:C0/ "},
+    {"the first is empty",          {"A0", "B"}, IE_OK, "out.x: ", Usual, "dataset.unreached:B0 "},
+    {"no dataset",                  {}, IE_OK, "out.x: "},
+    {"points alone",                {"A", "B"}, IE_OK, "A.txt:A0/ B.txt:B0/ ", NoLines},
+    {"lines alone",                 {"A", "B"}, IE_OK, "A.txt:A0/ B.txt:B0/ ", NoPoints},
+    {"neither points nor lines",    {"A", "B"}, IE_OK, "out.x:A0/ ", NoPoints | NoLines, "dataset.unreached:B0 "},
+    {"a name that is no file name", {"A/B", "C"}, IE_BAD_DATASET_NAME, "C.txt:C0/ ", Usual, OUT "A/B "},
+    {"the last name is none",       {"A", "NUL"}, IE_BAD_DATASET_NAME, "A.txt:A0/ ", Usual, OUT "NUL "},
+    {"no name is one",              {"", ".."}, IE_BAD_DATASET_NAME, "", Usual, OUT " " OUT ".. "},
+    {"one can't be created",        {"A", "B", "C"}, IE_OK, "B.txt:B0/ C.txt:C0/ ", Usual, OUT "A ", "/A."},
+    {"the last can't be created",   {"A", "B"}, IE_OK, "A.txt:A0/ ", Usual, OUT "B ", "/B."},
+    {"none can be created",         {"A", "B"}, IE_NOTHING_DONE, "", Usual, OUT "A " OUT "B ", ".txt"},
+    {"none created, one bad name",  {"A", "?"}, IE_BAD_DATASET_NAME, "", Usual, OUT "A " OUT "? ", ".txt"},
+    {"a stop in the first",         {"A2!", "B"}, IE_STOPPED, ""},
+    {"a stop behind a failure",     {"A", "B2!", "C"}, IE_STOPPED, "", Usual, OUT "A ", "/A."},
+    {"a stop behind a success",     {"A", "B2!", "C"}, IE_OK, "A.txt:A0/ B.txt:B0/ C.txt: ", Usual, OUT "B " OUT "C "},
+    {"a stop behind a bad name",    {"?", "B2!", "C"}, IE_BAD_DATASET_NAME, "B.txt:B0/ C.txt: ", Usual, OUT "? " OUT "B " OUT "C "},
+    {"one file for all",            {"A", "B2"}, IE_OK, "out.x:A0/B0/B1/ ", SingleFile},
+    {"an empty one in front",       {"A0", "B"}, IE_OK, "out.x:B0/ ", SingleFile},
+    {"an empty one in the middle",  {"A", "B0", "C2"}, IE_OK, "out.x:A0/ ", SingleFile, "dataset.unreached:C0 dataset.unreached:C1 "},
+    {"an empty one at the end",     {"A", "B0"}, IE_OK, "out.x:A0/ ", SingleFile},
+    {"one file that can't be made", {"A", "B"}, IE_CANNOT_OPEN_FILE, "", SingleFile, "", "out"},
+    {"one file, stopped",           {"A", "B2!"}, IE_STOPPED, "", SingleFile},
 };
+#undef OUT
 // clang-format on
 
-TEST_F(ProceduresTest, OneFileOrOneForEachDataset)
+TEST_F(DriverTest, OneFileOrOneForEachDataset)
 {
     for (const TDriverCase& row : kDriver) {
         SCOPED_TRACE(row.m_pWhat);
@@ -244,9 +250,9 @@ TEST_F(ProceduresTest, OneFileOrOneForEachDataset)
         auto pJob = MakeJobOf(row.m_Datasets);
         pJob->SetObserver(&ledger);
         ChangeSettings(*pJob, [&](TIESettings& settings) {
-            settings.m_bSingleFile = row.m_bSingleFile;
-            settings.SetDataType(EIEDataType::Points, row.m_bPoints);
-            settings.SetDataType(EIEDataType::Lines, row.m_bLines);
+            settings.m_bSingleFile = row.m_nSet & SingleFile;
+            settings.SetDataType(EIEDataType::Points, !(row.m_nSet & NoPoints));
+            settings.SetDataType(EIEDataType::Lines, !(row.m_nSet & NoLines));
         });
         EXPECT_EQ(ExportInTheSameThread(pJob.release(), folder / "out.x", EExportType(kDelimited)), row.m_eResult);
         CIEData::m_bStopProcess = false;
@@ -267,15 +273,15 @@ TEST_F(ProceduresTest, OneFileOrOneForEachDataset)
     }
 }
 
-TEST_F(ProceduresTest, FilesOfDatasetsAreNamedInTheFolderOfTheGivenName)
+TEST_F(DriverTest, FilesOfDatasetsAreNamedInTheFolderOfTheGivenName)
 {
     std::filesystem::create_directory(m_Folder / "sub.d");
-    EXPECT_EQ(Export(false, MakeJobOf({"Übersicht 1.2"}), m_Folder / "sub.d/base.csv", kWriteSima), IE_OK);
-    EXPECT_TRUE(std::filesystem::exists(m_Folder / "sub.d/Übersicht 1..sim")) << "the digit is the number of points";
+    EXPECT_EQ(Export(false, MakeJobOf({"Übersicht Nord"}), m_Folder / "sub.d/base.csv", kWriteSima), IE_OK);
+    EXPECT_TRUE(std::filesystem::exists(m_Folder / "sub.d/Übersicht Nord.sim"));
 }
 
-/// Two hundred runs of both directions in both forms, eight at a time, on jobs of their own.
-TEST_F(ProceduresTest, ManyRunsSideBySide)
+/// Two hundred ways out and back in both forms, eight at a time, on jobs of their own.
+TEST_F(DriverTest, ManyRunsSideBySide)
 {
     const auto worker = [this](int nWorker) {
         for (int i = 0; i < 25; ++i) {

@@ -20,6 +20,17 @@ bool IsPlainText(std::string_view text)
     return true;
 }
 
+/// Whether plain texts come back by the layout: names have a field, codes have one at the most, and the delimiter
+/// is no character of theirs and keeps empty fields.
+bool IsPlainLayout(const TIEAsciiFormat& format)
+{
+    constexpr std::u16string_view kPlainDelimiters = u",;\t|";
+    const IEAsciiFields::TFields& layout = format.m_Fields;
+    return kPlainDelimiters.find(format.m_cDelimiter) != std::u16string_view::npos &&
+           IEAsciiFields::FindTypeInArray(IEAsciiFields::Name, layout) >= 0 &&
+           std::count_if(layout.begin(), layout.end(), IEAsciiFields::IsCodes) <= 1;
+}
+
 /// Whether two codes of different dictionaries say the same.
 bool AreEqual(const CIECodeValues& left, const CIECodeValues& right, bool bTypes)
 {
@@ -46,12 +57,13 @@ bool AreEqual(const CIECodeValues& left, const CIECodeValues& right, bool bTypes
     return left.GetControlCode(0) == right.GetControlCode(0) && left.GetControlCode(1) == right.GetControlCode(1);
 }
 
-bool HaveEqualCodes(const CIEObject& left, const CIEObject& right, bool bTypes)
+bool HaveEqualCodes(const CIEObject& left, const CIEObject& right, bool bNamesOnly, bool bTypes)
 {
     if (left.GetNumberOfCodes() != right.GetNumberOfCodes())
         return false;
     for (int i = 0; i < left.GetNumberOfCodes(); ++i) {
-        if (!AreEqual(*left.GetCode(i), *right.GetCode(i), bTypes))
+        if (bNamesOnly ? left.GetCode(i)->GetDescription()->GetName() != right.GetCode(i)->GetDescription()->GetName()
+                       : !AreEqual(*left.GetCode(i), *right.GetCode(i), bTypes))
             return false;
     }
     return true;
@@ -104,9 +116,9 @@ bool CIEDelimitedExporter::OpenFile()
     SetCarries(nCarries);
     if (m_pData->GetObserver()) {
         m_pReader = std::make_shared<CReader>(*m_pData);
-        const IEAsciiFields::TFields& layout = m_pData->GetSettings().GetAsciiFormat().m_Fields;
-        m_bPlainLayout = IEAsciiFields::FindTypeInArray(IEAsciiFields::Name, layout) >= 0
-                         && std::count_if(layout.begin(), layout.end(), IEAsciiFields::IsCodes) <= 1;
+        const TIEAsciiFormat& format = m_pData->GetSettings().GetAsciiFormat();
+        m_bNameField = IEAsciiFields::FindTypeInArray(IEAsciiFields::Name, format.m_Fields) >= 0;
+        m_bPlainLayout = IsPlainLayout(format);
         if ((nCarries & CARRIES_ATTRIBUTES) && !m_pData->GetSettings().m_bAttrTypes &&
             HasTypedAttributes(*m_pData->GetIEDataDictionary()))
             Note(TIENote::Changed, "job.attribute-types", {},
@@ -136,37 +148,81 @@ bool CIEDelimitedExporter::ExportObject(int nIndex)
 {
     const CIEDataset* const pDataset = m_pData->GetCurDataset(false);
     if (const CIEObject* const pObject = pDataset ? pDataset->GetObjectAt(nIndex) : nullptr; pObject && m_pReader)
-        NoteJoins(*pObject);
+        NoteObject(*pObject);
     return CIEPointExporter::ExportObject(nIndex);
 }
 
-void CIEDelimitedExporter::NoteJoins(const CIEObject& object)
+void CIEDelimitedExporter::NoteObject(const CIEObject& object)
 {
-    const bool bPoint = object.GetGroupType() == CIEObject::PointLike;
-    const bool bLine = object.GetGroupType() == CIEObject::LineLike;
-    if (!bPoint && !bLine)
+    NoteShape(object);
+    const IEAsciiFields::TFields& layout = m_pData->GetSettings().GetAsciiFormat().m_Fields;
+    const auto lacks = [&layout](IEAsciiFields::EType type) {
+        return IEAsciiFields::FindTypeInArray(type, layout) < 0;
+    };
+    const bool bNoNorth = lacks(IEAsciiFields::North), bNoEast = lacks(IEAsciiFields::East);
+    const bool bNoHeight = lacks(IEAsciiFields::Height);
+    if (!bNoNorth && !bNoEast && !bNoHeight)
+        return;
+    bool bPlaceLost = false, bHeightLost = false;
+    for (int i = 0; const CIEStation* const pStation = object.GetStation(i); ++i) {
+        bPlaceLost = bPlaceLost || (bNoNorth && pStation->m_dNorth != 0.0) || (bNoEast && pStation->m_dEast != 0.0);
+        bHeightLost = bHeightLost || (bNoHeight && pStation->GetHeight() != 0.0);
+    }
+    if (bPlaceLost)
+        Note(TIENote::LeftOut, "object.coordinates", object.GetName(), "the layout has no field for north or for east");
+    if (bHeightLost)
+        Note(TIENote::LeftOut, "object.height", object.GetName(), "the layout has no field for heights");
+}
+
+void CIEDelimitedExporter::NoteShape(const CIEObject& object)
+{
+    if (object.GetGroupType() != CIEObject::LineLike)
         return;
     const CString& strName = object.GetName();
     const int nStations = object.GetNumberOfStations();
-    if (m_bLastNamed && nStations > 0 && strName == m_strLastName)
-        Note(TIENote::Changed, "object.joined", strName,
-             "it follows an object of the same name, and the reader makes one line of both");
-    if (bLine) {
-        const auto& line = static_cast<const CIEPolyLine&>(object);
-        if (nStations == 0)
-            Note(TIENote::LeftOut, "object.no-station", strName, "a line without stations leaves no trace in the file");
-        else if (nStations == 1 || strName.empty())
-            Note(TIENote::Changed, "object.line-as-points", strName,
-                 "without a name, or with a single station, it reads back as points");
-        else if ((object.GetType() == EIEObjectsType::Polygon) != line.IsClosed())
+    if (nStations == 0) {
+        Note(TIENote::LeftOut, "object.no-station", strName, "a line without stations leaves no trace in the file");
+    } else if (nStations == 1 || strName.empty() || !m_bNameField) {
+        Note(TIENote::Changed, "object.line-as-points", strName,
+             "without a name, or with a single station, it reads back as points");
+    } else {
+        const bool bCloses = ClosesInFile(object);
+        if ((object.GetType() == EIEObjectsType::Polygon) != bCloses)
             Note(TIENote::Changed, "object.ring", strName,
-                 line.IsClosed() ? "a line that ends where it starts reads back as a polygon"
-                                 : "a polygon whose last station isn't its first reads back as a line");
+                 bCloses ? "a line that ends where it starts reads back as a polygon"
+                         : "a polygon whose last station isn't its first reads back as a line");
     }
-    if (nStations > 0) {
-        m_strLastName = strName;
-        m_bLastNamed = !strName.empty();
+}
+
+/// Whether the ends of a line meet for the reader: decimals that aren't written may have kept them apart.
+bool CIEDelimitedExporter::ClosesInFile(const CIEObject& object)
+{
+    MakeLine(*object.GetStation(0), object);
+    const std::unique_ptr<CIEObject> pFirst = m_pReader->Read(m_Line.GetText());
+    MakeLine(*object.GetStation(object.GetNumberOfStations() - 1), object);
+    const std::unique_ptr<CIEObject> pLast = m_pReader->Read(m_Line.GetText());
+    return pFirst && pLast && *pFirst->GetStation(0) == *pLast->GetStation(0);
+}
+
+/// `strRead`: the name that the reader sees on the line of this object.
+void CIEDelimitedExporter::NoteJoin(const CIEObject& object, const CString& strRead)
+{
+    const bool bSameName = strRead == m_strLastRead;
+    if (&object == m_pLastObject) {
+        // a line without a name was told of as a whole
+        if (!bSameName || (strRead.empty() && m_bNameField && !object.GetName().empty()))
+            Note(TIENote::Changed, "object.line-split", object.GetName(),
+                 "the reader sees no name on its stations, or different ones, and makes no single line of them");
+    } else if (bSameName && !strRead.empty()) {
+        constexpr const char* kReason =
+            "the reader sees the same name on it and on its neighbour, and makes one line of both";
+        Note(TIENote::Changed, "object.joined", object.GetName(), kReason);
+        if (m_strLastName != object.GetName())
+            Note(TIENote::Changed, "object.joined", m_strLastName, kReason);
     }
+    m_pLastObject = &object;
+    m_strLastName = object.GetName();
+    m_strLastRead = strRead;
 }
 
 bool CIEDelimitedExporter::WriteStation(const CIEStation* pStation, const CIEObject* pObject)
@@ -178,7 +234,9 @@ bool CIEDelimitedExporter::WriteStation(const CIEStation* pStation, const CIEObj
     MakeLine(*pStation, *pObject);
     if (m_pReader) {
         NoteBytes(pObject->GetName());
-        if (!IsPlain(*pStation, *pObject))
+        if (IsPlain(*pStation, *pObject))
+            NoteJoin(*pObject, pObject->GetName());
+        else
             NoteLine(*pStation, *pObject);
     }
     return m_Line.EndTo(*m_pFile);
@@ -200,8 +258,8 @@ void CIEDelimitedExporter::NoteBytes(const CString& strName)
 
 bool CIEDelimitedExporter::IsPlain(const CIEStation& station, const CIEObject& object) const
 {
-    if (!m_bPlainLayout || object.GetType() == EIEObjectsType::PTLPoint || object.GetName().empty() || !IsPlainText(object.GetName()) ||
-        !IsPlainText(station.GetNotes()))
+    if (!m_bPlainLayout || object.GetType() == EIEObjectsType::PTLPoint || object.GetName().empty() ||
+        !IsPlainText(object.GetName()) || !IsPlainText(station.GetNotes()))
         return false;
     for (int i = 0; const CIECodeValues* const pCode = object.GetCode(i); ++i) {
         const bool bBare = pCode->GetNumberOfAttrs() == 0 && pCode->GetDescription()->GetSize() == 0 &&
@@ -228,10 +286,15 @@ void CIEDelimitedExporter::NoteLine(const CIEStation& station, const CIEObject& 
         Note(TIENote::Changed, "line.unreadable", strName, "the reader will refuse its line");
         return;
     }
+    NoteJoin(object, pRead->GetName());
+    if (pRead->GetType() == EIEObjectsType::PTLPoint && object.GetType() == EIEObjectsType::DesignPoint)
+        Note(TIENote::Changed, "object.point-kind", strName, "its name makes it a point-to-line point for the reader");
     if (has(IEAsciiFields::Name) ? pRead->GetName() != strName : !strName.empty())
         Note(TIENote::Changed, "object.name", strName, "its name doesn't come back as it is");
     if (has(IEAsciiFields::Notes) && pRead->GetStation(0)->GetNotes() != station.GetNotes())
         Note(TIENote::Changed, "object.notes", strName, "its notes don't come back as they are");
-    if ((CarriedByLayout() & CARRIES_CODES) && !HaveEqualCodes(*pRead, object, m_pData->GetSettings().m_bAttrTypes))
+    const unsigned nCarries = CarriedByLayout();
+    if ((nCarries & CARRIES_CODES) &&
+        !HaveEqualCodes(*pRead, object, !(nCarries & CARRIES_ATTRIBUTES), m_pData->GetSettings().m_bAttrTypes))
         Note(TIENote::Changed, "object.codes", strName, "its codes don't come back as they are");
 }

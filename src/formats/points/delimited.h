@@ -18,14 +18,19 @@ private:
     class CReader;
 
     [[nodiscard]] unsigned CarriedByLayout() const;
-    void NoteJoins(const CIEObject& object);
+    void NoteObject(const CIEObject& object);
+    void NoteShape(const CIEObject& object);
+    [[nodiscard]] bool ClosesInFile(const CIEObject& object);
+    void NoteJoin(const CIEObject& object, const CString& strRead);
     void NoteLine(const CIEStation& station, const CIEObject& object);
     void NoteBytes(const CString& strName);
     [[nodiscard]] bool IsPlain(const CIEStation& station, const CIEObject& object) const;
 
-    std::shared_ptr<CReader> m_pReader; ///< reads doubtful lines back; null without an observer
-    CString m_strLastName;              ///< of the object ahead, if its lines end in a named one
-    bool m_bLastNamed = false;
-    bool m_bPlainLayout = false; ///< names have a field, and codes have one at the most
-    bool m_bFirstLine = true;    ///< nothing of the file is written yet
+    std::shared_ptr<CReader> m_pReader;       ///< reads doubtful lines back; null without an observer
+    const CIEObject* m_pLastObject = nullptr; ///< of the line ahead
+    CString m_strLastName;                    ///< its name
+    CString m_strLastRead;                    ///< the name that the reader sees on that line
+    bool m_bNameField = true;                 ///< without one, nothing is joined
+    bool m_bPlainLayout = false;              ///< plain texts come back by the layout
+    bool m_bFirstLine = true;                 ///< nothing of the file is written yet
 };

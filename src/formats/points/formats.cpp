@@ -10,7 +10,7 @@ namespace {
 constexpr auto kIn = EIEDirection::Import;
 constexpr auto kOut = EIEDirection::Export;
 
-constexpr unsigned kPoints = CARRIES_POINTS;
+constexpr unsigned kPoints = kSimaCarries;
 constexpr unsigned kCoded = CARRIES_POINTS | CARRIES_CODES;
 constexpr unsigned kNoted = CARRIES_POINTS | CARRIES_CODES | CARRIES_NOTES;
 /// points, and lines told by a name that several records in a row share

@@ -10,6 +10,8 @@ constexpr std::string_view kDataStart = "A00,";
 constexpr std::string_view kPointRecord = "A01,";
 constexpr std::string_view kDataEnd = "A99,";
 constexpr int kDecimals = 3;
+/// Bytes; a name has at most 64 characters, and no reader needs more fields than six.
+constexpr std::size_t kLongestRecord = 65536;
 
 // fields of a point record
 constexpr std::size_t kNumberField = 1;
@@ -49,11 +51,18 @@ EIEResult CIESimaImporter::ReadRecords(CIETextFile& file, CIEDataset& dataset)
             m_bFirstLine = false;
             continue;
         }
-        if (line == kDataEnd)
+        if (line == kDataEnd) {
+            NoteRest(file);
             return IE_OK;
+        }
         std::unique_ptr<CIEDesignPoint> pPoint;
+        if (file.WasCut() || line.size() > kLongestRecord)
+            return Refuse(file.GetLineNumber(), {}, "line.too-long", "the line is longer than any record can be");
         if (ParseRecord(line, file.GetLineNumber(), pPoint) == IE_BAD_CONTENT)
             return IE_BAD_CONTENT;
+        if (file.WasMended())
+            Note(TIENote::Changed, "line.bad-characters", file.GetLineNumber(), m_pStation->GetName(),
+                 "bytes without a meaning in " + file.GetEncoding() + " became U+FFFD");
         pPoint->SetStation(*m_pStation);
         dataset.Add(std::move(pPoint));
         eResult = IE_OK;
@@ -61,6 +70,18 @@ EIEResult CIESimaImporter::ReadRecords(CIETextFile& file, CIEDataset& dataset)
             Progress(file);
     }
     return eResult;
+}
+
+void CIESimaImporter::NoteRest(CIETextFile& file) const
+{
+    CString line;
+    while (m_pData->GetObserver() && IEUtils::Read1Line(file, line)) {
+        if (!IEUtils::Trim(line).empty()) {
+            Note(TIENote::LeftOut, "line.behind-end", file.GetLineNumber(), {},
+                 "the data ended ahead of this line; nothing from here on was read");
+            return;
+        }
+    }
 }
 
 bool CIESimaImporter::IsEnd(const CIETextFile& file, std::string_view line) const
@@ -124,6 +145,7 @@ EIEResult CIESimaImporter::Refuse(std::int64_t nLine, const CString& strName, co
 CSimaPtExporterJ::CSimaPtExporterJ(CIEData* pData, const CString& strFileName, bool bNumbersOnly)
     : CIEPointExporter(pData, strFileName), m_bNumbersOnly(bNumbersOnly)
 {
+    SetCarries(kSimaCarries); // for a host that makes it without the factory
 }
 
 CSimaPtExporterJ::CSimaPtExporterJ(const CSimaPtExporterJ& other) = default;
@@ -135,10 +157,15 @@ bool CSimaPtExporterJ::WriteHeader()
     if (!m_pFile)
         return false;
     m_Line.Clear();
-    m_Line.Add(kJobLine).Add(m_pData->GetJobInfo()->m_strJobName).Add(',').EndTo(*m_pFile);
-    if (m_pData->GetJobInfo()->GetCSType() == TIEJobInfo::Geographic)
+    m_Line.Add(kJobLine);
+    AddText(m_pData->GetJobInfo()->m_strJobName);
+    m_Line.Add(',').EndTo(*m_pFile);
+    const TIEJobInfo& info = *m_pData->GetJobInfo();
+    if (info.GetCSType() == TIEJobInfo::Geographic)
         Note(TIENote::Changed, "job.geographic", {},
              "the form has three decimals for latitude and longitude, which is some hundred metres");
+    if (info.GetDistUnits() != EDIST_UNITS::Meters && info.GetDistUnits() != EDIST_UNITS::None)
+        Note(TIENote::Changed, "job.units", {}, "the form states no unit, and a reader takes its lengths as metres");
     m_nPointNumber = 1;
     return m_Line.Add(kDataStart).EndTo(*m_pFile);
 }
@@ -177,7 +204,8 @@ void CSimaPtExporterJ::NoteName(const CString& strName) const
             Note(TIENote::LeftOut, "object.name", strName,
                  "the form holds no name; the point's number is " + IEUtils::IntToString(m_nPointNumber));
     } else if (!IEUtils::IsValidName(strName) || strName.find(',') != CString::npos) {
-        Note(TIENote::Changed, "object.name", strName, "a reader of the form can't take this name");
+        Note(TIENote::Changed, "line.unreadable", strName,
+             "a reader of the form can't take this name, and may end here");
     }
 }
 
@@ -188,7 +216,7 @@ bool CSimaPtExporterJ::Write1Line(const CString& name, const double* values)
     m_Line.Clear();
     m_Line.Add(kPointRecord).AddInt(m_nPointNumber).Add(',');
     if (!m_bNumbersOnly)
-        m_Line.Add(name);
+        AddText(name);
     m_Line.Add(',');
     for (int i = 0; i < 3; ++i)
         m_Line.AddFixed(IEUtils::CheckZeroVal(values[i]), kDecimals).Add(',');

@@ -1,10 +1,14 @@
 // SIMA point records: comma fields, a head of two lines, a foot of one.
 #pragma once
 
+#include "frame/format_row.h"
 #include "frame/importer.h"
 #include "frame/point_exporter.h"
 
 #include <string_view>
+
+/// What passes through the form.
+constexpr unsigned kSimaCarries = CARRIES_POINTS;
 
 /// Reads SIMA point records. Values enter the job as they stand in the file: the form states no unit, so a file written
 /// in feet reads back as metres unless the job's units are metres.
@@ -24,6 +28,7 @@ public:
 private:
     EIEResult ReadRecords(CIETextFile& file, CIEDataset& dataset);
     bool ReadHead(CIETextFile& file, CString& line);
+    void NoteRest(CIETextFile& file) const;
     [[nodiscard]] bool IsEnd(const CIETextFile& file, std::string_view line) const;
     EIEResult ParseRecord(std::string_view line, std::int64_t nLine, std::unique_ptr<CIEDesignPoint>& pPoint);
     EIEResult Refuse(std::int64_t nLine, const CString& strName, const char* pCode, CString strReason) const;
@@ -41,6 +46,7 @@ class ALIDADE_API CSimaPtExporterJ : public CIEPointExporter {
 public:
     /// With `bNumbersOnly` the records carry no name.
     CSimaPtExporterJ(CIEData* pData, const CString& strFileName, bool bNumbersOnly);
+    /// A copy writes on into the same file; the first of the two that closes it, closes it for both.
     CSimaPtExporterJ(const CSimaPtExporterJ& other);
     CSimaPtExporterJ& operator=(const CSimaPtExporterJ& other);
     ~CSimaPtExporterJ() override;

@@ -1,0 +1,17 @@
+// What a form can't hold is told to the host, object by object. Without an observer nothing here does anything.
+#pragma once
+
+#include "vellumlib/data.h"
+
+namespace Losses {
+
+/// What of an object a form with these EIECarries bits doesn't hold: the object itself, its codes, its layer ...
+void NoteObject(const CIEData& job, const CString& strFile, const CIEObject& object, unsigned nCarries);
+/// The surfaces and alignments of a dataset that was written.
+void NoteDataset(const CIEData& job, const CString& strFile, const CIEDataset& dataset, unsigned nCarries);
+/// All that a dataset holds to which the run didn't come.
+void NoteUnreached(const CIEData& job, const CString& strFile, const CIEDataset& dataset, const CString& strReason);
+/// What belongs to the job as a whole: road templates, codes that no object has.
+void NoteJob(const CIEData& job, const CString& strFile, unsigned nCarries);
+
+} // namespace Losses
