@@ -1,0 +1,256 @@
+// The objects of a dataset.
+#include "jobfile/job_fields.h"
+#include "jobfile/job_parts.h"
+
+#include <algorithm>
+
+namespace {
+
+using JobFields::ReadMember;
+using JobFields::Value;
+using JobFields::Word;
+
+// ---- what every object has
+
+constexpr TIEJobWord kStates[] = {{"block", CIEObject::InBlock}, {"drawing", CIEObject::InDrawing}};
+
+void WriteLayer(CIEJobWriting& out, const char* pKey, const CIEObject& object)
+{
+    if (!object.GetLayer())
+        return;
+    out.m_Text.Key(pKey);
+    out.m_Text.Text(object.GetLayer()->GetName());
+}
+
+bool ReadLayer(CIEJobReading& in, const CIEJsonValue& value, CIEObject& object)
+{
+    CString name;
+    if (!in.Read(value, name))
+        return false;
+    CIEDrawDictionary& layers = *in.GetJob().GetIEDrawDictionary();
+    const CIELayer* const pThere = layers.FindLayer(name);
+    object.SetLayer(pThere ? pThere : layers.AddLayer(std::make_unique<CIELayer>(std::move(name))));
+    return true;
+}
+
+void WriteState(CIEJobWriting& out, const char* pKey, const CIEObject& object)
+{
+    if (object.GetStateType() == CIEObject::InDrawing)
+        return;
+    out.m_Text.Key(pKey);
+    out.WriteWord(kStates, std::size(kStates), object.GetStateType());
+}
+
+bool ReadState(CIEJobReading& in, const CIEJsonValue& value, CIEObject& object)
+{
+    int nState = 0;
+    if (!in.ReadWord(value, kStates, std::size(kStates), nState))
+        return false;
+    object.SetStateType(nState);
+    return true;
+}
+
+constexpr TIEJobField<CIEObject> kObjectFields[] = {
+    {"layer", WriteLayer, ReadLayer},
+    {"state", WriteState, ReadState},
+    {"codes", JobParts::WriteCodes, JobParts::ReadCodes},
+};
+
+// ---- kinds of objects
+
+/// Reads an object's members: the one named after the kind is its name, `readOwn` takes those of the kind, and the rest
+/// are those of every object.
+template <class TReadOwn>
+bool ReadMembers(CIEJobReading& in, const CIEJsonValue& value, const char* pKind, CIEObject& object, TReadOwn readOwn)
+{
+    for (const CIEJsonValue member : value) {
+        if (member.GetKey() == pKind) {
+            CString name;
+            if (!in.Read(member, name))
+                return false;
+            object.SetName(std::move(name));
+            continue;
+        }
+        EJobMember eMember = readOwn(member);
+        if (eMember == EJobMember::Unknown)
+            eMember = ReadMember(in, member, object, kObjectFields);
+        if (eMember != EJobMember::Done)
+            return eMember == EJobMember::Unknown ? in.FailUnknownKey(member) : false;
+    }
+    return true;
+}
+
+/// A row of the table of kinds. The object's name stands under the word.
+struct TKind {
+    const char* m_pWord;
+    EIEObjectsType m_eType;
+    void (*m_pWriteOwn)(CIEJobWriting& out, const CIEObject& object);
+    std::unique_ptr<CIEObject> (*m_pRead)(CIEJobReading& in, const CIEJsonValue& value, const char* pKind);
+};
+
+void WritePointOwn(CIEJobWriting& out, const CIEObject& object)
+{
+    JobParts::WriteStationFields(out, *object.GetStation(0));
+}
+
+constexpr TIEJobWord kCoordTypes[] = {{"regular", CIEPTLPoint::Regular}, {"point-to-line", CIEPTLPoint::PointToLine}};
+
+/// What a point holds besides its station while it is being read.
+struct TPTLParams {
+    CString m_strFirst;
+    CString m_strSecond;
+    int m_nCoordType = CIEPTLPoint::Regular;
+};
+constexpr TIEJobField<TPTLParams> kPTLFields[] = {
+    Value<TPTLParams, &TPTLParams::m_strFirst>("firstReference"),
+    Value<TPTLParams, &TPTLParams::m_strSecond>("secondReference"),
+    Word<TPTLParams, kCoordTypes, &TPTLParams::m_nCoordType>("coordType"),
+};
+
+void WritePTLPointOwn(CIEJobWriting& out, const CIEObject& object)
+{
+    WritePointOwn(out, object);
+    const auto& point = static_cast<const CIEPTLPoint&>(object);
+    const TPTLParams params{point.GetFirstReferencePointIDs(), point.GetSecondReferencePointIDs(),
+                            point.GetCoordType()};
+    JobFields::Write(out, params, kPTLFields);
+}
+
+template <class TPoint>
+std::unique_ptr<CIEObject> ReadPoint(CIEJobReading& in, const CIEJsonValue& value, const char* pKind)
+{
+    auto pPoint = std::make_unique<TPoint>();
+    CIEStation station;
+    TPTLParams params;
+    station.SetHeightUndefined();
+    const auto readOwn = [&](const CIEJsonValue& member) {
+        EJobMember eMember = JobParts::ReadStationMember(in, member, station);
+        if constexpr (std::is_same_v<TPoint, CIEPTLPoint>) {
+            if (eMember == EJobMember::Unknown)
+                eMember = ReadMember(in, member, params, kPTLFields);
+        }
+        return eMember;
+    };
+    if (!ReadMembers(in, value, pKind, *pPoint, readOwn))
+        return nullptr;
+    station.SetName(pPoint->GetName());
+    pPoint->SetStation(std::move(station));
+    if constexpr (std::is_same_v<TPoint, CIEPTLPoint>)
+        pPoint->SetPTLParams(std::move(params.m_strFirst), std::move(params.m_strSecond), params.m_nCoordType);
+    return pPoint;
+}
+
+void WriteLineOwn(CIEJobWriting& out, const CIEObject& object)
+{
+    if (object.GetNumberOfStations() == 0)
+        return;
+    out.m_Text.Key("stations");
+    out.m_Text.BeginArray();
+    for (int i = 0; i < object.GetNumberOfStations(); ++i)
+        JobParts::WriteStation(out, *object.GetStation(i));
+    out.m_Text.EndArray();
+}
+
+template <class TLine>
+std::unique_ptr<CIEObject> ReadLine(CIEJobReading& in, const CIEJsonValue& value, const char* pKind)
+{
+    auto pLine = std::make_unique<TLine>();
+    const auto readStation = [&](const CIEJsonValue& element) {
+        CIEStation station;
+        if (!JobParts::ReadStation(in, element, station))
+            return false;
+        pLine->AddStation(std::move(station));
+        return true;
+    };
+    const auto readOwn = [&](const CIEJsonValue& member) {
+        if (member.GetKey() != "stations")
+            return EJobMember::Unknown;
+        return JobFields::ReadList(in, member, readStation) ? EJobMember::Done : EJobMember::Failed;
+    };
+    if (!ReadMembers(in, value, pKind, *pLine, readOwn))
+        return nullptr;
+    return pLine;
+}
+
+template <int nKey>
+double GetArcData(const CIEArc& arc)
+{
+    return arc.GetData(nKey);
+}
+
+template <int nKey>
+void SetArcData(CIEArc& arc, double dValue)
+{
+    arc.SetData(nKey, dValue);
+}
+
+constexpr TIEJobField<CIEArc> kArcFields[] = {
+    Value<CIEArc, &GetArcData<CIEArc::Radius>, &SetArcData<CIEArc::Radius>>("radius"),
+    Value<CIEArc, &GetArcData<CIEArc::StartAngle>, &SetArcData<CIEArc::StartAngle>>("startAngle"),
+    Value<CIEArc, &GetArcData<CIEArc::EndAngle>, &SetArcData<CIEArc::EndAngle>>("endAngle"),
+};
+
+void WriteArcOwn(CIEJobWriting& out, const CIEObject& object)
+{
+    WritePointOwn(out, object);
+    JobFields::Write(out, static_cast<const CIEArc&>(object), kArcFields);
+}
+
+std::unique_ptr<CIEObject> ReadArc(CIEJobReading& in, const CIEJsonValue& value, const char* pKind)
+{
+    auto pArc = std::make_unique<CIEArc>();
+    CIEStation center;
+    center.SetHeightUndefined();
+    const auto readOwn = [&](const CIEJsonValue& member) {
+        const EJobMember eMember = JobParts::ReadStationMember(in, member, center);
+        return eMember == EJobMember::Unknown ? ReadMember(in, member, *pArc, kArcFields) : eMember;
+    };
+    if (!ReadMembers(in, value, pKind, *pArc, readOwn))
+        return nullptr;
+    center.SetName(pArc->GetName());
+    pArc->SetStation(std::move(center));
+    return pArc;
+}
+
+constexpr TKind kKinds[] = {
+    {"point", EIEObjectsType::DesignPoint, WritePointOwn, ReadPoint<CIEDesignPoint>},
+    {"ptlPoint", EIEObjectsType::PTLPoint, WritePTLPointOwn, ReadPoint<CIEPTLPoint>},
+    {"gpsPosition", EIEObjectsType::GPSPosition, WritePointOwn, ReadPoint<CIEGPSPosition>},
+    {"polyline", EIEObjectsType::PolyLine, WriteLineOwn, ReadLine<CIEPolyLine>},
+    {"polygon", EIEObjectsType::Polygon, WriteLineOwn, ReadLine<CIEPolygon>},
+    {"arc", EIEObjectsType::Arc, WriteArcOwn, ReadArc},
+};
+
+} // namespace
+
+bool JobParts::WriteObject(CIEJobWriting& out, const CIEObject& object)
+{
+    const auto isKind = [&](const TKind& kind) { return kind.m_eType == object.GetType(); };
+    const auto* const pKind = std::find_if(std::begin(kKinds), std::end(kKinds), isKind);
+    if (pKind == std::end(kKinds))
+        return false;
+    out.m_Text.BeginObject();
+    out.m_Text.Key(pKind->m_pWord);
+    out.m_Text.Text(object.GetName());
+    pKind->m_pWriteOwn(out, object);
+    JobFields::Write(out, object, kObjectFields);
+    out.m_Text.EndObject();
+    return true;
+}
+
+std::unique_ptr<CIEObject> JobParts::ReadObject(CIEJobReading& in, const CIEJsonValue& value)
+{
+    if (!in.WantObject(value))
+        return nullptr;
+    for (const CIEJsonValue member : value) {
+        for (const TKind& kind : kKinds) {
+            if (member.GetKey() == kind.m_pWord)
+                return kind.m_pRead(in, value, kind.m_pWord);
+        }
+    }
+    CString strWords;
+    for (const TKind& kind : kKinds)
+        strWords.append(strWords.empty() ? "" : ", ").append(kind.m_pWord);
+    in.Fail(value, "An object needs its kind and name under one of these keys: " + strWords + ".");
+    return nullptr;
+}

@@ -1,0 +1,163 @@
+// A job's settings.
+#include "jobfile/job_fields.h"
+#include "jobfile/job_parts.h"
+
+#include "vellumlib/utils.h"
+
+#include <limits>
+
+namespace {
+
+using JobFields::Value;
+using JobFields::Word;
+
+constexpr TIEJobWord kCoordsStyles[] = {
+    {"decimal-degrees", static_cast<int>(ECOORDS_STYLE::DecimalDegrees)},
+    {"packed", static_cast<int>(ECOORDS_STYLE::Packed)},
+    {"degrees-minutes", static_cast<int>(ECOORDS_STYLE::DegreesMinutes)},
+    {"degrees-minutes-seconds", static_cast<int>(ECOORDS_STYLE::DegreesMinutesSeconds)},
+    {"digits", static_cast<int>(ECOORDS_STYLE::Digits)},
+    {"plain", static_cast<int>(ECOORDS_STYLE::Plain)},
+};
+
+constexpr TIEJobWord kDataTypes[] = {
+    {"points", static_cast<int>(EIEDataType::Points)},
+    {"lines", static_cast<int>(EIEDataType::Lines)},
+    {"polygons", static_cast<int>(EIEDataType::Polygons)},
+    {"surfaces", static_cast<int>(EIEDataType::Surfaces)},
+    {"alignments", static_cast<int>(EIEDataType::Alignments)},
+    {"raw-data", static_cast<int>(EIEDataType::RawData)},
+    {"codes", static_cast<int>(EIEDataType::Codes)},
+    {"layers", static_cast<int>(EIEDataType::Layers)},
+    {"job-history", static_cast<int>(EIEDataType::JobHistory)},
+    {"localization", static_cast<int>(EIEDataType::Localization)},
+};
+constexpr int kDataTypeBits = 32;
+
+void WriteDataTypes(CIEJobWriting& out, const char* pKey, const TIESettings& settings)
+{
+    if (settings.HasAllDataTypes())
+        return;
+    out.m_Text.Key(pKey);
+    out.m_Text.BeginArray();
+    for (int i = 0; i < kDataTypeBits; ++i) {
+        if (settings.HasDataType(static_cast<EIEDataType>(i)))
+            out.WriteWord(kDataTypes, std::size(kDataTypes), i);
+    }
+    out.m_Text.EndArray();
+}
+
+bool ReadDataTypes(CIEJobReading& in, const CIEJsonValue& value, TIESettings& settings)
+{
+    settings.SetNoDataTypes();
+    return JobFields::ReadList(in, value, [&](const CIEJsonValue& element) {
+        int nType = 0;
+        if (!in.ReadWord(element, kDataTypes, std::size(kDataTypes), nType))
+            return false;
+        if (nType < 0 || nType >= kDataTypeBits)
+            return in.Fail(element, "Kinds of data have numbers from 0 to 31.");
+        settings.SetDataType(static_cast<EIEDataType>(nType), true);
+        return true;
+    });
+}
+
+void WriteFieldNames(CIEJobWriting& out, const char* pKey, const TIEAsciiFormat& format)
+{
+    out.m_Text.Key(pKey);
+    out.m_Text.Text(IEAsciiFields::FieldsToString(format.m_Fields));
+}
+
+bool ReadFieldNames(CIEJobReading& in, const CIEJsonValue& value, TIEAsciiFormat& format)
+{
+    CString text;
+    if (!in.Read(value, text))
+        return false;
+    format.m_Fields.clear();
+    return text.empty() || IEAsciiFields::StringToFields(text, format.m_Fields) ||
+           in.Fail(value, "Words of fields are wanted here, as name,north,east,height,codes.");
+}
+
+void WriteDelimiter(CIEJobWriting& out, const char* pKey, const TIEAsciiFormat& format)
+{
+    if (format.m_cDelimiter == TIEAsciiFormat().m_cDelimiter)
+        return;
+    out.m_Text.Key(pKey);
+    out.m_Text.Text(IEUtils::CharToString(format.m_cDelimiter));
+}
+
+bool ReadDelimiter(CIEJobReading& in, const CIEJsonValue& value, TIEAsciiFormat& format)
+{
+    CString text;
+    if (!in.Read(value, text))
+        return false;
+    if (IEUtils::CharToString(IEUtils::StringToChar(text)) != text)
+        return in.Fail(value, "One character is wanted here.");
+    format.m_cDelimiter = IEUtils::StringToChar(text);
+    return true;
+}
+
+constexpr TIEJobField<TIEAsciiFormat> kAsciiFields[] = {
+    {"fields", WriteFieldNames, ReadFieldNames},
+    {"delimiter", WriteDelimiter, ReadDelimiter},
+    Value<TIEAsciiFormat, &TIEAsciiFormat::m_bWriteHeader>("header"),
+};
+
+void WriteAsciiFormat(CIEJobWriting& out, const char* pKey, const TIESettings& settings)
+{
+    if (!settings.m_pAsciiFormat)
+        return;
+    out.m_Text.Key(pKey);
+    out.m_Text.BeginObject();
+    JobFields::Write(out, *settings.m_pAsciiFormat, kAsciiFields);
+    out.m_Text.EndObject();
+}
+
+bool ReadAsciiFormat(CIEJobReading& in, const CIEJsonValue& value, TIESettings& settings)
+{
+    settings.m_pAsciiFormat = std::make_unique<TIEAsciiFormat>();
+    return JobFields::ReadObject(in, value, *settings.m_pAsciiFormat, kAsciiFields);
+}
+
+bool ReadHistoryOptions(CIEJobReading& in, const CIEJsonValue& value, TIESettings& settings)
+{
+    int nOptions = 0;
+    if (!in.Read(value, nOptions))
+        return false;
+    if (nOptions < 0 || nOptions > std::numeric_limits<std::uint8_t>::max())
+        return in.Fail(value, "A number from 0 to 255 is wanted here.");
+    settings.m_cHistoryOptions = static_cast<std::uint8_t>(nOptions);
+    return true;
+}
+
+constexpr TIEJobField<TIESettings> kSettingsFields[] = {
+    Value<TIESettings, &TIESettings::m_bSingleFile>("singleFile"),
+    Word<TIESettings, kCoordsStyles, &TIESettings::m_eCoordsStyle>("coordsStyle"),
+    Value<TIESettings, &TIESettings::m_nNorthDecimals>("northDecimals"),
+    Value<TIESettings, &TIESettings::m_nEastDecimals>("eastDecimals"),
+    Value<TIESettings, &TIESettings::m_nHeightDecimals>("heightDecimals"),
+    Value<TIESettings, &TIESettings::m_bAttrTypes>("attributeTypes"),
+    Value<TIESettings, &TIESettings::m_bAttrQuotes>("attributeQuotes"),
+    {"asciiFormat", WriteAsciiFormat, ReadAsciiFormat},
+    {"historyOptions", Value<TIESettings, &TIESettings::m_cHistoryOptions>("").m_pWrite, ReadHistoryOptions},
+    {"dataTypes", WriteDataTypes, ReadDataTypes},
+    Value<TIESettings, &TIESettings::m_strCodePage>("codePage"),
+    Value<TIESettings, &TIESettings::m_strWriteEncoding>("writeEncoding"),
+};
+
+} // namespace
+
+void JobParts::WriteSettings(CIEJobWriting& out, const char* pKey)
+{
+    out.m_Text.BeginOptionalObject(pKey, CIEJsonText::Lines);
+    JobFields::Write(out, out.GetJob().GetSettings(), kSettingsFields);
+    out.m_Text.EndObject();
+}
+
+bool JobParts::ReadSettings(CIEJobReading& in, const CIEJsonValue& value)
+{
+    TIESettings settings = in.GetJob().GetCopyOfSettings();
+    if (!JobFields::ReadObject(in, value, settings, kSettingsFields))
+        return false;
+    in.GetJob().SetSettings(std::move(settings));
+    return true;
+}

@@ -1,0 +1,156 @@
+#include "jobfile/job_writer.h"
+
+#include "jobfile/job_parts.h"
+
+#include <unordered_map>
+
+namespace {
+
+class CIEJobWriter {
+public:
+    CIEJobWriter(const CIEData& job, IIEJsonSink& sink, const CString& strFileName)
+        : m_Job(job), m_strFileName(strFileName), m_Out(job, sink)
+    {
+    }
+
+    bool Write();
+
+private:
+    void WriteDataset(const CIEDataset& dataset);
+    void WriteObjects(const CIEDataset& dataset);
+    void WriteSurfaces(const CIEDataset& dataset);
+    void WriteAlignments(const CIEDataset& dataset);
+    void NoteLeftOut(const char* pCode, const CString& strName, const char* pReason) const;
+
+    const CIEData& m_Job;
+    const CString& m_strFileName;
+    CIEJobWriting m_Out;
+    /// Start points of the dataset's alignments and their places among the objects that were written. One that lies
+    /// elsewhere is never looked into.
+    std::unordered_map<const CIEObject*, int> m_StartPoints;
+};
+
+bool CIEJobWriter::Write()
+{
+    CIEJsonText& text = m_Out.m_Text;
+    text.BeginObject(CIEJsonText::Lines);
+    text.Key(JobParts::kMarkKey);
+    text.Text(JobParts::kMark);
+    text.Key(JobParts::kVersionKey);
+    text.Whole(JobParts::kVersion);
+    for (const JobParts::TSection& section : JobParts::Sections())
+        section.m_pWrite(m_Out, section.m_pKey);
+    if (m_Job.GetCurDatasetID() > 0) {
+        text.Key(JobParts::kCurrentKey);
+        text.Whole(m_Job.GetCurDatasetID());
+    }
+    if (m_Job.GetNumberOfDatasets() > 0) {
+        text.Key("datasets");
+        text.BeginArray(CIEJsonText::Lines);
+        for (int i = 0; i < m_Job.GetNumberOfDatasets(); ++i)
+            WriteDataset(*m_Job.GetDatasetAt(i));
+        text.EndArray();
+    }
+    text.EndObject();
+    return text.Finish();
+}
+
+void CIEJobWriter::WriteDataset(const CIEDataset& dataset)
+{
+    m_Out.m_Text.BeginObject(CIEJsonText::Lines);
+    m_Out.m_Text.Key("name");
+    m_Out.m_Text.Text(dataset.GetName());
+    m_StartPoints.clear();
+    for (int i = 0; const CIEAlignment* const pAlignment = dataset.GetAlignmentAt(i); ++i) {
+        if (pAlignment->GetStartPoint())
+            m_StartPoints.emplace(pAlignment->GetStartPoint(), -1);
+    }
+    WriteObjects(dataset);
+    WriteSurfaces(dataset);
+    WriteAlignments(dataset);
+    m_Out.m_Text.EndObject();
+}
+
+void CIEJobWriter::WriteObjects(const CIEDataset& dataset)
+{
+    if (!dataset.GetObjectAt(0))
+        return;
+    m_Out.m_Text.Key("objects");
+    m_Out.m_Text.BeginArray(CIEJsonText::Lines);
+    int nWritten = 0;
+    for (int i = 0; const CIEObject* const pObject = dataset.GetObjectAt(i); ++i) {
+        if (!JobParts::WriteObject(m_Out, *pObject)) {
+            NoteLeftOut("job.object-kind", pObject->GetName(), "Job documents have no word for objects of this kind.");
+            continue;
+        }
+        const auto it = m_StartPoints.empty() ? m_StartPoints.end() : m_StartPoints.find(pObject);
+        if (it != m_StartPoints.end())
+            it->second = nWritten;
+        ++nWritten;
+    }
+    m_Out.m_Text.EndArray();
+}
+
+void CIEJobWriter::WriteSurfaces(const CIEDataset& dataset)
+{
+    CIEJsonText& text = m_Out.m_Text;
+    if (dataset.GetNumberOfSurfaces() == 0)
+        return;
+    text.Key("surfaces");
+    text.BeginArray(CIEJsonText::Lines);
+    for (int i = 0; const CIESurface* const pSurface = dataset.GetSurfaceAt(i); ++i) {
+        text.BeginObject(CIEJsonText::Lines);
+        text.Key("name");
+        text.Text(pSurface->GetName());
+        text.Key("positions");
+        text.BeginArray(CIEJsonText::Lines);
+        for (int j = 0; const CIEStation* const pPosition = pSurface->GetPositionAt(j); ++j)
+            JobParts::WriteStation(m_Out, *pPosition);
+        text.EndArray();
+        text.Key("triangles");
+        text.BeginArray(CIEJsonText::Lines);
+        for (int j = 0; const CIETriangle* const pTriangle = pSurface->GetTriangleAt(j); ++j) {
+            text.BeginArray();
+            for (int k = 0; k < CIETriangle::kCorners; ++k)
+                text.Whole(pTriangle->GetPosition(k));
+            text.EndArray();
+        }
+        text.EndArray();
+        text.EndObject();
+    }
+    text.EndArray();
+}
+
+void CIEJobWriter::WriteAlignments(const CIEDataset& dataset)
+{
+    if (dataset.GetNumberOfAlignments() == 0)
+        return;
+    m_Out.m_Text.Key("alignments");
+    m_Out.m_Text.BeginArray(CIEJsonText::Lines);
+    for (int i = 0; const CIEAlignment* const pAlignment = dataset.GetAlignmentAt(i); ++i) {
+        const auto it = m_StartPoints.find(pAlignment->GetStartPoint());
+        const int nStartPoint = it == m_StartPoints.end() ? -1 : it->second;
+        if (pAlignment->GetStartPoint() && nStartPoint < 0)
+            NoteLeftOut("job.start-point", pAlignment->GetName(), "The start point isn't in the alignment's dataset.");
+        JobParts::WriteAlignment(m_Out, *pAlignment, nStartPoint);
+    }
+    m_Out.m_Text.EndArray();
+}
+
+void CIEJobWriter::NoteLeftOut(const char* pCode, const CString& strName, const char* pReason) const
+{
+    TIENote note;
+    note.m_eKind = TIENote::LeftOut;
+    note.m_pCode = pCode;
+    note.m_strFile = m_strFileName;
+    note.m_strRecord = strName;
+    note.m_strReason = pReason;
+    m_Job.Note(note);
+}
+
+} // namespace
+
+bool WriteJobDocument(const CIEData& job, IIEJsonSink& sink, const CString& strFileName)
+{
+    return CIEJobWriter(job, sink, strFileName).Write();
+}

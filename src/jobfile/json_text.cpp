@@ -1,0 +1,136 @@
+#include "jobfile/json_text.h"
+
+#include "vellumlib/utils.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t kPiece = std::size_t{64} << 10;
+
+/// Numbers within these are written without an exponent.
+constexpr double kSmallestPlain = 1e-9;
+constexpr double kLargestPlain = 1e15;
+
+} // namespace
+
+void CIEJsonText::NewLine()
+{
+    if (m_strBuffer.size() >= kPiece) {
+        m_bTaken = m_bTaken && m_Sink.Take(m_strBuffer);
+        m_strBuffer.clear();
+    }
+    m_strBuffer.push_back('\n');
+    m_strBuffer.append(2 * m_Levels.size(), ' ');
+}
+
+/// The comma behind the value before, and the line of this one.
+void CIEJsonText::StartValue()
+{
+    if (m_bAfterKey) {
+        m_bAfterKey = false;
+        return;
+    }
+    if (m_Levels.empty())
+        return;
+    TLevel& level = m_Levels.back();
+    if (!level.m_bEmpty)
+        m_strBuffer.push_back(',');
+    level.m_bEmpty = false;
+    if (level.m_bLines)
+        NewLine();
+}
+
+void CIEJsonText::BeginOptionalObject(const char* pKey, EStyle eStyle)
+{
+    m_pPendingKey = pKey;
+    m_ePendingStyle = eStyle;
+}
+
+void CIEJsonText::EndObject()
+{
+    if (m_pPendingKey)
+        m_pPendingKey = nullptr;
+    else
+        End('}');
+}
+
+void CIEJsonText::Key(std::string_view key)
+{
+    if (const char* const pPending = std::exchange(m_pPendingKey, nullptr)) {
+        Key(pPending);
+        BeginObject(m_ePendingStyle);
+    }
+    StartValue();
+    AppendQuoted(key);
+    m_strBuffer.append(m_Levels.back().m_bLines ? ": " : ":");
+    m_bAfterKey = true;
+}
+
+void CIEJsonText::Begin(char cBracket, EStyle eStyle)
+{
+    StartValue();
+    m_strBuffer.push_back(cBracket);
+    const bool bWithinLines = m_Levels.empty() || m_Levels.back().m_bLines;
+    m_Levels.push_back({bWithinLines && eStyle == Lines, true});
+}
+
+void CIEJsonText::End(char cBracket)
+{
+    const TLevel level = m_Levels.back();
+    m_Levels.pop_back();
+    if (level.m_bLines && !level.m_bEmpty)
+        NewLine();
+    m_strBuffer.push_back(cBracket);
+}
+
+void CIEJsonText::Number(double dValue)
+{
+    StartValue();
+    const double dSize = std::fabs(dValue);
+    if (dSize != 0.0 && (dSize < kSmallestPlain || dSize >= kLargestPlain) && std::isfinite(dValue))
+        m_strBuffer.append(nlohmann::json(dValue).dump()); // with an exponent
+    else
+        IEUtils::AppendDouble(m_strBuffer, dValue, -1);
+}
+
+void CIEJsonText::Whole(std::int64_t nValue)
+{
+    StartValue();
+    m_strBuffer.append(IEUtils::IntToString(nValue));
+}
+
+void CIEJsonText::Flag(bool bValue)
+{
+    StartValue();
+    m_strBuffer.append(bValue ? "true" : "false");
+}
+
+void CIEJsonText::Text(std::string_view text)
+{
+    StartValue();
+    AppendQuoted(text);
+}
+
+void CIEJsonText::AppendQuoted(std::string_view text)
+{
+    const auto isPlain = [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; };
+    if (std::all_of(text.begin(), text.end(), isPlain)) {
+        m_strBuffer.append(1, '"').append(text).append(1, '"');
+        return;
+    }
+    using nlohmann::json;
+    m_strBuffer.append(json(text).dump(-1, ' ', false, json::error_handler_t::replace));
+}
+
+bool CIEJsonText::Finish()
+{
+    m_strBuffer.push_back('\n');
+    m_bTaken = m_bTaken && m_Sink.Take(m_strBuffer);
+    m_strBuffer.clear();
+    return m_bTaken;
+}

@@ -1,0 +1,338 @@
+// Jobs for the tests of job documents: one that holds something under every key, and random ones.
+#pragma once
+
+#include "support/jobs.h"
+
+#include "vellumlib/alignment.h"
+
+#include <random>
+
+namespace JobSamples {
+
+template <class TElement, class EKey>
+void FillKeys(TElement& element, EKey /*key*/, double dFirst)
+{
+    for (int i = 0; i < TElement::kKeys; ++i)
+        element.SetData(static_cast<EKey>(i), dFirst + i);
+}
+
+template <class TElement, class EKey>
+std::unique_ptr<TElement> MakeElement(EKey key, double dFirst)
+{
+    auto pElement = std::make_unique<TElement>();
+    FillKeys(*pElement, key, dFirst);
+    for (int i = 0; i < TElement::kPositions; ++i)
+        pElement->SetPosition(i, {dFirst + i, -dFirst - i});
+    return pElement;
+}
+
+inline void FillInfo(TIEJobInfo& info)
+{
+    info.m_strAppName = "Collector";
+    info.m_strAppDescription = "field program";
+    info.m_strAppVersion = "5.2";
+    info.m_strAppText = "demo";
+    info.m_strJobName = "Mill \"Lane\"\n";
+    info.m_strJobComment = "Überprüft – 測量";
+    info.m_strObserver = "K. Berg";
+    info.m_strInstrument = "TS 07";
+    info.m_nPrismConstant = -30;
+    info.SetCSType(TIEJobInfo::Geographic);
+    info.SetDistUnits(EDIST_UNITS::USSurveyFeet);
+    info.SetAngleUnits(EANGLE_UNITS::Grads);
+    info.SetTemperature(12.5, 1);
+    info.SetPressure(1013.25, 2);
+    info.SetCreateTimeStr("2026-11-22", "09:15");
+    info.SetEllToGridScaleAndElevation(0.99996, 210.5);
+    info.SetProjection("UTM 33");
+    info.SetDatum("ETRS89");
+    info.SetGeoid("GCG2016");
+}
+
+inline void FillSettings(TIESettings& settings)
+{
+    settings.m_bSingleFile = true;
+    settings.m_eCoordsStyle = ECOORDS_STYLE::Digits;
+    settings.m_nNorthDecimals = 4;
+    settings.m_nEastDecimals = 5;
+    settings.m_nHeightDecimals = 0;
+    settings.m_bAttrTypes = true;
+    settings.m_bAttrQuotes = true;
+    settings.m_pAsciiFormat = std::make_unique<TIEAsciiFormat>();
+    settings.m_pAsciiFormat->m_cDelimiter = u'\t';
+    settings.m_pAsciiFormat->m_bWriteHeader = true;
+    settings.m_pAsciiFormat->m_Fields = {IEAsciiFields::Name, IEAsciiFields::East, IEAsciiFields::Notes};
+    settings.m_cHistoryOptions = 255;
+    settings.SetNoDataTypes();
+    settings.SetDataType(EIEDataType::Points, true);
+    settings.SetDataType(EIEDataType::JobHistory, true);
+    settings.SetDataType(static_cast<EIEDataType>(13), true);
+    settings.m_strCodePage = "CP1250";
+    settings.m_strWriteEncoding = "UTF-16LE";
+}
+
+inline void FillStation(CIEStation& station)
+{
+    station.SetGeoidHeight(44.125);
+    station.SetNotes("under \\ the tree");
+    station.SetTimeStamps("2026-11-22 09:31:07");
+    station.SetStationType(7);
+}
+
+inline CIEAlignment& AddRichAlignment(CIEDataset& dataset, const CIERoadTemplatesDictionary& templates)
+{
+    CIEAlignment& road = *dataset.Add(std::make_unique<CIEAlignment>());
+    road.SetName("Mill Lane");
+    road.SetStartPoint(static_cast<CIEDesignPoint*>(dataset.GetObjectAt(1)));
+    road.SetStaStart(1000);
+    road.SetLength(230.5);
+
+    auto pLine = MakeElement<CIELine2D>(ELineDataType::Azimuth, 45.5);
+    pLine->SetAzToPrevEl();
+    road.AddObject(std::move(pLine));
+    auto pCurve = MakeElement<CIECurve>(ECurveDataType::Length, -80.5);
+    pCurve->SetAzToPrevEl();
+    pCurve->SetCurveType(CIECurve::ChordDefinition);
+    road.AddObject(std::move(pCurve));
+    auto pSpiral = MakeElement<CIESpiral>(ESpiralDataType::Length, 30.25);
+    pSpiral->SetAzToPrevEl();
+    pSpiral->SetSpiralType(CIESpiral::RevBloss);
+    road.AddObject(std::move(pSpiral));
+    auto pPoint = std::make_unique<CIEIntersectionPoint>(true);
+    FillKeys(*pPoint, EIPDataType::Radius, 60);
+    pPoint->SetPosition(300, 420);
+    pPoint->SetSegment(MakeElement<CIELine2D>(ELineDataType::Azimuth, 1));
+    pPoint->SetFirstSpiral(MakeElement<CIESpiral>(ESpiralDataType::Length, 2));
+    pPoint->SetCurve(MakeElement<CIECurve>(ECurveDataType::Length, 3));
+    pPoint->SetSecondSpiral(MakeElement<CIESpiral>(ESpiralDataType::Length, 4));
+    road.AddObject(std::move(pPoint));
+    road.AddObject(std::make_unique<CIEIntersectionPoint>(false));
+
+    auto pSection = std::make_unique<CIELongSection>();
+    FillKeys(*pSection, ELSDataType::Station, 1100);
+    auto pParabola = std::make_unique<CIEVerticalElement>(CIEVerticalElement::Parabola);
+    FillKeys(*pParabola, EVEDataType::StartStation, 1080);
+    pSection->SetParabola(std::move(pParabola));
+    road.AddLongSection(std::move(pSection));
+    road.AddLongSection(std::make_unique<CIELongSection>());
+    auto pVertical = std::make_unique<CIEVerticalElement>(CIEVerticalElement::Straight);
+    FillKeys(*pVertical, EVEDataType::StartStation, 500);
+    road.AddVerticalElement(std::move(pVertical));
+
+    auto pCross = std::make_unique<CIECrossSection>(templates.FindRoadTemplate("lane"));
+    pCross->AddRoadTemplate(templates.FindRoadTemplate("ditch"));
+    pCross->SetSta(1010);
+    pCross->SetTurn(true);
+    pCross->SetLevelAtCL(0);
+    road.AddCrossSection(std::move(pCross));
+    road.AddCrossSection(std::make_unique<CIECrossSection>(nullptr));
+    return road;
+}
+
+/// Something under every key that a document has.
+inline void FillRichJob(CIEData& job)
+{
+    FillInfo(*job.GetJobInfo());
+    ChangeSettings(job, FillSettings);
+
+    CIECodeDescription* const pTree = AddCode(
+        job, "TREE",
+        {CIEAttrDescription("species", CIEAttrDescription::LIST, {"oak", "beech"}),
+         CIEAttrDescription("girth", CIEAttrDescription::REAL), CIEAttrDescription("count", CIEAttrDescription::INT)});
+    pTree->SetDescription("Single tree");
+    CIECodeDescription* const pTwin = AddCode(job, "TWIN", {CIEAttrDescription("a"), CIEAttrDescription("a")});
+    CIECodeDescription* const pKerb = AddCode(job, "KERB");
+    const CIELayer* const pTrees = job.GetIEDrawDictionary()->AddLayer(std::make_unique<CIELayer>("Trees"));
+    job.GetIEDrawDictionary()->AddLayer(std::make_unique<CIELayer>("Empty"));
+
+    auto pTemplates = std::make_unique<CIERoadTemplatesDictionary>();
+    CIERoadTemplate* const pLane = pTemplates->AddRoadTemplate(std::make_unique<CIERoadTemplate>("lane"));
+    FillKeys(*pLane, ECSDataType::CutSlope, 1.5);
+    CIETemplateSegment segment;
+    FillKeys(segment, ETSDataType::Offset, 3.5);
+    segment.SetCodeDescription(pKerb);
+    pLane->AddSegment(segment);
+    pLane->AddSegment(CIETemplateSegment());
+    CIERoadTemplate* const pDitch = pTemplates->AddRoadTemplate(std::make_unique<CIERoadTemplate>("ditch"));
+    pDitch->SetForms(CIERoadTemplate::Sequential, CIERoadTemplate::Sequential);
+    job.AttachIERoadTemplatesDictionary(std::move(pTemplates));
+
+    job.AddDataset(std::make_unique<CIEDataset>("empty"));
+    CIEDataset& dataset = *job.AddDataset(std::make_unique<CIEDataset>("Mill Lane"));
+    AddPoint(dataset, "1", 0.1, -2.5e-7, 1e21);
+    CIEDesignPoint& full = AddPoint(dataset, "", 52.5, 13.25, 0);
+    CIEStation station = *full.GetStation();
+    FillStation(station);
+    station.SetHeightUndefined();
+    full.SetStation(station);
+    full.SetLayer(pTrees);
+    full.SetStateType(CIEObject::InBlock);
+    GiveCode(full, pTree, {"oak", "", "3"});
+    GiveCode(full, pTree, {"oak"});
+    GiveCode(full, pTree, {"", "", ""});
+    GiveCode(full, pTwin, {"x", "y"});
+    CIECodeValues& kerb = GiveCode(full, pKerb);
+    kerb.AddCodeString("1");
+    kerb.AddCodeString("");
+    kerb.SetControlCode(1, "END");
+    AddPoint<CIEGPSPosition>(dataset, "gps");
+    AddPoint<CIEPTLPoint>(dataset, "ptl").SetPTLParams("1", "gps", CIEPTLPoint::PointToLine);
+    CIEStation named = MakeStation("corner", 1, 2, 3);
+    FillStation(named);
+    CIEStation flat(7, 8, 0);
+    flat.SetHeightUndefined();
+    AddLine<CIEPolyLine>(dataset, "line", {named, flat, MakeStation("", 4, 5, 6)});
+    AddLine<CIEPolygon>(dataset, "area", {});
+    auto pArc = std::make_unique<CIEArc>();
+    pArc->SetStation(MakeStation("arc", 10, 20, 30));
+    for (int i = 0; i < CIEArc::kDataTypes; ++i)
+        pArc->SetData(i, 4.5 * (i + 1));
+    dataset.Add(std::move(pArc));
+
+    CIESurface& surface = *dataset.Add(std::make_unique<CIESurface>());
+    surface.SetName("ground");
+    surface.AddPosition(CIEStation(0, 0, 10));
+    surface.AddPosition(named);
+    CIETriangle triangle;
+    triangle.SetPosition(0, 1);
+    triangle.SetPosition(1, 0);
+    surface.AddTriangle(triangle);
+    dataset.Add(std::make_unique<CIESurface>());
+    AddRichAlignment(dataset, *job.GetIERoadTemplatesDictionary());
+}
+
+/// Draws values of all sorts; the same for the same seed.
+class CRandom {
+public:
+    explicit CRandom(unsigned nSeed) : m_Engine(nSeed) {}
+    int Below(int n) { return std::uniform_int_distribution<int>(0, n - 1)(m_Engine); }
+    bool OneIn(int n) { return Below(n) == 0; }
+    /// Mostly numbers of a survey, now and then any finite one.
+    double Number()
+    {
+        if (OneIn(4))
+            return Below(2000) - 1000;
+        if (OneIn(4)) {
+            const double dAny = std::ldexp(Fraction(), Below(2000) - 1000);
+            return OneIn(2) ? -dAny : dAny;
+        }
+        return Fraction() * 1e6;
+    }
+    CString Text()
+    {
+        static const CString kPieces[] = {
+            "a", "Z9",   " ", "\"", "\\", "\n", "\t", "/", "~1", "é", "測", "\xF0\x9F\x93\x90", CString(1, '\0'),
+            "{", "\x7F", "'"};
+        CString text;
+        for (int i = Below(5); i > 0; --i)
+            text += kPieces[Below(static_cast<int>(std::size(kPieces)))];
+        return text;
+    }
+
+private:
+    double Fraction() { return std::uniform_real_distribution<double>(0, 1)(m_Engine); }
+    std::mt19937 m_Engine;
+};
+
+inline CIEStation RandomStation(CRandom& random, bool bNamed)
+{
+    CIEStation station(random.Number(), random.Number(), random.Number());
+    if (bNamed && random.OneIn(3))
+        station.SetName(random.Text());
+    if (random.OneIn(4))
+        station.SetHeightUndefined();
+    if (random.OneIn(5))
+        station.SetGeoidHeight(random.Number());
+    if (random.OneIn(5))
+        station.SetNotes(random.Text());
+    if (random.OneIn(5))
+        station.SetTimeStamps(random.Text());
+    if (random.OneIn(5))
+        station.SetStationType(random.Below(100) - 50);
+    return station;
+}
+
+inline std::unique_ptr<CIEObject> RandomObject(CRandom& random)
+{
+    switch (random.Below(6)) {
+    case 0:
+        return std::make_unique<CIEDesignPoint>(RandomStation(random, false));
+    case 1:
+        return std::make_unique<CIEGPSPosition>(RandomStation(random, false));
+    case 2: {
+        auto pPoint = std::make_unique<CIEPTLPoint>(RandomStation(random, false));
+        pPoint->SetPTLParams(random.Text(), random.Text(), random.Below(3)); // 2 has no word
+        return pPoint;
+    }
+    case 3: {
+        auto pArc = std::make_unique<CIEArc>();
+        pArc->SetStation(RandomStation(random, false));
+        for (int i = 0; i < CIEArc::kDataTypes; ++i)
+            pArc->SetData(i, random.Number());
+        return pArc;
+    }
+    default: {
+        auto pLine = random.OneIn(2) ? std::make_unique<CIEPolyLine>() : std::make_unique<CIEPolygon>();
+        for (int i = random.Below(5); i > 0; --i)
+            pLine->AddStation(RandomStation(random, true));
+        return pLine;
+    }
+    }
+}
+
+inline void GiveRandomCodes(CRandom& random, const CIEData& job, CIEObject& object)
+{
+    const CIEDataDictionary& codes = *job.GetIEDataDictionary();
+    for (int i = random.Below(3); i > 0 && codes.GetSize() > 0; --i) {
+        const CIECodeDescription* const pCode = codes.GetCodeDescriptionAt(random.Below(codes.GetSize()));
+        CIECodeValues values(pCode);
+        for (int k = random.OneIn(3) ? random.Below(5) : pCode->GetSize(); k > 0; --k)
+            values.AddAttr(random.Text());
+        for (int k = random.Below(3); k > 0; --k)
+            values.AddCodeString(random.Text());
+        for (int k = random.Below(3); k > 0; --k)
+            values.SetControlCode(random.Below(2), random.Text());
+        object.AddCode(std::move(values));
+    }
+}
+
+inline void FillRandomJob(CIEData& job, unsigned nSeed)
+{
+    CRandom random(nSeed);
+    for (int i = random.Below(4); i > 0; --i) {
+        CIECodeDescription* const pCode = AddCode(job, random.Text() + std::to_string(i));
+        for (int k = random.Below(4); k > 0; --k)
+            pCode->AddAttrDescription(CIEAttrDescription(random.Text()));
+    }
+    for (int i = random.Below(3); i > 0; --i)
+        job.GetIEDrawDictionary()->AddLayer(std::make_unique<CIELayer>(random.Text()));
+    for (int i = random.Below(4); i > 0; --i) {
+        CIEDataset& dataset = *job.AddDataset(std::make_unique<CIEDataset>(random.Text()));
+        for (int k = random.Below(12); k > 0; --k) {
+            CIEObject& object = *dataset.Add(RandomObject(random));
+            object.SetName(random.Text());
+            GiveRandomCodes(random, job, object);
+            const int nLayers = job.GetIEDrawDictionary()->GetNumberOfLayers();
+            if (nLayers > 0 && random.OneIn(2))
+                object.SetLayer(job.GetIEDrawDictionary()->GetLayerAt(random.Below(nLayers)));
+            if (random.OneIn(5))
+                object.SetStateType(random.Below(4)); // 2 and 3 have no word
+        }
+        for (int k = random.Below(3); k > 0; --k) {
+            CIESurface& surface = *dataset.Add(std::make_unique<CIESurface>());
+            surface.SetName(random.Text());
+            const int nPositions = random.Below(6);
+            for (int n = 0; n < nPositions; ++n)
+                surface.AddPosition(RandomStation(random, true));
+            for (int n = random.Below(4); n > 0 && nPositions > 0; --n) {
+                CIETriangle triangle;
+                for (int c = random.Below(4); c > 0; --c)
+                    triangle.SetPosition(c - 1, random.Below(nPositions));
+                surface.AddTriangle(triangle);
+            }
+        }
+    }
+    job.SetCurDataset(random.Below(4));
+}
+
+} // namespace JobSamples
