@@ -1,0 +1,41 @@
+// The command line.
+#pragma once
+
+#include "cli/exit_codes.h"
+#include "cli/job_options.h"
+
+#include <string>
+
+namespace Cli {
+
+struct TConvertArguments {
+    std::string m_strIn;
+    std::string m_strOut;
+    std::string m_strFrom; ///< empty: content and extension decide
+    std::string m_strTo;   ///< empty: the extension decides
+    TJobOptions m_Job;
+    std::string m_strReport; ///< empty: none is written
+    bool m_bPerDataset = false;
+    bool m_bOverwrite = false;
+    bool m_bFailOnLoss = false;
+    bool m_bProgress = false;
+    bool m_bQuiet = false;
+};
+
+struct TInfoArguments {
+    std::string m_strIn;
+    std::string m_strFrom;
+    TJobOptions m_Job;
+    bool m_bJson = false;
+    bool m_bProgress = false;
+};
+
+struct TFormatsArguments {
+    bool m_bJson = false;
+    bool m_bMarkdown = false;
+};
+
+/// Reads the command line and runs the command that it names. Help and version go to standard output.
+EExit RunCommandLine(int argc, const char* const* argv);
+
+} // namespace Cli

@@ -1,0 +1,12 @@
+// The commands.
+#pragma once
+
+#include "cli/arguments.h"
+
+namespace Cli {
+
+EExit Convert(const TConvertArguments& arguments);
+EExit Info(const TInfoArguments& arguments);
+EExit Formats(const TFormatsArguments& arguments);
+
+} // namespace Cli

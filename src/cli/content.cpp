@@ -1,0 +1,90 @@
+#include "cli/content.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+
+namespace {
+
+using namespace Cli;
+
+void Widen(std::optional<TRange>& range, double dValue)
+{
+    if (range)
+        range = {std::min(range->m_dLeast, dValue), std::max(range->m_dMost, dValue)};
+    else
+        range = {dValue, dValue};
+}
+
+int& CountOf(TContent& content, EIEObjectsType type)
+{
+    switch (type) {
+    case EIEObjectsType::DesignPoint:
+    case EIEObjectsType::PTLPoint:
+    case EIEObjectsType::GPSPosition:
+    case EIEObjectsType::SheetPoint:
+        return content.m_nPoints;
+    case EIEObjectsType::PolyLine:
+        return content.m_nLines;
+    case EIEObjectsType::Polygon:
+        return content.m_nPolygons;
+    case EIEObjectsType::Arc:
+        return content.m_nArcs;
+    case EIEObjectsType::Composite:
+        break;
+    }
+    return content.m_nOthers;
+}
+
+void Append(std::string& text, int nCount, const char* pOne)
+{
+    if (nCount > 0)
+        text += fmt::format("{}{} {}{}", text.empty() ? "" : ", ", nCount, pOne, nCount == 1 ? "" : "s");
+}
+
+} // namespace
+
+namespace Cli {
+
+TContent LookInto(const CIEDataset& dataset)
+{
+    TContent content;
+    content.m_nElements = dataset.GetNumberOfElements(-1, 2, false, false);
+    content.m_nSurfaces = dataset.GetNumberOfSurfaces();
+    content.m_nAlignments = dataset.GetNumberOfAlignments();
+    for (int i = 0; const CIEObject* const pObject = dataset.GetObjectAt(i); ++i) {
+        ++CountOf(content, pObject->GetType());
+        content.m_nStations += pObject->GetNumberOfStations();
+        if (pObject->GetStateType() == CIEObject::InBlock)
+            continue;
+        for (int j = 0; const CIEStation* const pStation = pObject->GetStation(j); ++j) {
+            Widen(content.m_North, pStation->m_dNorth);
+            Widen(content.m_East, pStation->m_dEast);
+            if (pStation->IsHeightDefined())
+                Widen(content.m_Height, pStation->GetHeight());
+        }
+    }
+    return content;
+}
+
+std::string DescribeContent(const CIEData& job)
+{
+    TContent all;
+    for (int i = 0; const CIEDataset* const pDataset = job.GetDatasetAt(i); ++i) {
+        const TContent content = LookInto(*pDataset);
+        for (int TContent::*pCount :
+             {&TContent::m_nPoints, &TContent::m_nLines, &TContent::m_nPolygons, &TContent::m_nArcs,
+              &TContent::m_nOthers, &TContent::m_nSurfaces, &TContent::m_nAlignments})
+            all.*pCount += content.*pCount;
+    }
+    std::string text;
+    Append(text, all.m_nPoints, "point");
+    Append(text, all.m_nLines, "line");
+    Append(text, all.m_nPolygons, "polygon");
+    Append(text, all.m_nArcs, "arc");
+    Append(text, all.m_nOthers, "composite object");
+    Append(text, all.m_nSurfaces, "surface");
+    Append(text, all.m_nAlignments, "alignment");
+    return text.empty() ? "nothing" : text;
+}
+
+} // namespace Cli

@@ -1,0 +1,39 @@
+// What a job holds, in numbers.
+#pragma once
+
+#include "vellumlib/data.h"
+
+#include <optional>
+#include <string>
+
+namespace Cli {
+
+struct TRange {
+    double m_dLeast;
+    double m_dMost;
+};
+
+/// Counts of a dataset, and the room that its stations take.
+struct TContent {
+    int m_nElements = 0; ///< objects of every kind
+    int m_nPoints = 0;
+    int m_nLines = 0;
+    int m_nPolygons = 0;
+    int m_nArcs = 0;
+    int m_nOthers = 0;
+    int m_nSurfaces = 0;
+    int m_nAlignments = 0;
+    int m_nStations = 0;
+    /// Metres, or decimal degrees in a geographic job; of objects on the ground, so not of those that a block is made
+    /// of.
+    std::optional<TRange> m_North;
+    std::optional<TRange> m_East;
+    std::optional<TRange> m_Height; ///< metres; nothing where no station has a height
+};
+
+TContent LookInto(const CIEDataset& dataset);
+
+/// "310 points, 12 lines, 1 surface" for the whole job; "nothing" for an empty one.
+std::string DescribeContent(const CIEData& job);
+
+} // namespace Cli

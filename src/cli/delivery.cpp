@@ -1,0 +1,169 @@
+#include "cli/delivery.h"
+
+#include "cli/report.h"
+#include "cli/stop.h"
+#include "vellumlib/utils.h"
+
+#include <filesystem>
+#include <unordered_set>
+
+namespace {
+
+using namespace Cli;
+
+bool IsEmpty(const CIEDataset& dataset)
+{
+    return dataset.GetNumberOfElements(-1, 2, false, false) == 0 && dataset.GetNumberOfSurfaces() == 0 &&
+           dataset.GetNumberOfAlignments() == 0;
+}
+
+/// Two datasets of one name would write one file, and the second would replace the first.
+void MakeNamesUnique(CIEData& job, const CMessages& messages)
+{
+    std::unordered_set<CString> names;
+    for (int i = 0; const CIEDataset* const pDataset = job.GetDatasetAt(i); ++i)
+        names.insert(pDataset->GetName());
+    std::unordered_set<CString> taken;
+    for (int i = 0; CIEDataset* const pDataset = job.GetDatasetAt(i); ++i) {
+        const CString strName = pDataset->GetName();
+        if (taken.insert(strName).second)
+            continue;
+        CString strNew;
+        for (int nNext = 2; strNew.empty() || !names.insert(strNew).second; ++nNext)
+            strNew = fmt::format("{} ({})", strName, nNext);
+        messages.Warn(fmt::format("two datasets are named \"{}\"; the second one goes out as \"{}\"", strName, strNew));
+        taken.insert(strNew);
+        pDataset->SetName(strNew);
+    }
+}
+
+/// Datasets whose name can't name a file; they are skipped, and the result tells so.
+int CountBadNames(const CIEData& job)
+{
+    int nCount = 0;
+    for (int i = 0; const CIEDataset* const pDataset = job.GetDatasetAt(i); ++i)
+        nCount += IEUtils::IsValidFileName(pDataset->GetName()) ? 0 : 1;
+    return nCount;
+}
+
+/// Whether an export would make a file for each dataset, as it was asked to.
+bool CanSplit(const CIEData& job)
+{
+    const CIEDataset* const pFirst = job.GetDatasetAt(0);
+    return pFirst && pFirst->GetNumberOfElements(-1, 2, false, false) > 0;
+}
+
+void SetSingleFile(CIEData& job, bool bSingle)
+{
+    TIESettings settings = job.GetCopyOfSettings();
+    settings.m_bSingleFile = bSingle;
+    // what isn't wanted has been taken out of the job by now, and without points or lines nothing would be split
+    if (!bSingle)
+        settings.SetDataType(EIEDataType::Points, true);
+    settings.m_pMessageBox = nullptr;
+    job.SetSettings(std::move(settings));
+}
+
+std::string FindDatasetObstacle(const CIEData& job, const std::string& strFolder, const TForm& form, bool bOverwrite)
+{
+    const CString extension = CIEData::GetExtForExportType(form.m_pRow->m_nCode);
+    std::string obstacle;
+    for (int i = 0; obstacle.empty(); ++i) {
+        const CIEDataset* const pDataset = job.GetDatasetAt(i);
+        if (!pDataset)
+            break;
+        if (IEUtils::IsValidFileName(pDataset->GetName()))
+            obstacle = FindObstacle(fmt::format("{}{}{}", strFolder, pDataset->GetName(), extension), bOverwrite);
+    }
+    return obstacle;
+}
+
+/// The result alone tells neither of a full disk nor of one file among several that couldn't be made.
+EExit Judge(EIEResult eResult, const CIELedger& ledger, int nBadNames)
+{
+    if (IsStopAsked())
+        return EExit::Stopped;
+    if (ledger.GetCount("file.write-failed") > 0 || ledger.GetCount("dataset.left-out") > nBadNames)
+        return EExit::OutputFailed;
+    return ExitOfExport(eResult);
+}
+
+EExit Explain(EExit eExit, const std::string& strOut, EIEResult eResult, CMessages& messages)
+{
+    if (eExit == EExit::OutputFailed && eResult > 0)
+        return messages.Fail(eExit, strOut + ": couldn't be written to its end; nothing was left behind");
+    return messages.Fail(eExit,
+                         fmt::format("{} {}", strOut, ExplainExport(eExit == EExit::Stopped ? IE_STOPPED : eResult)));
+}
+
+} // namespace
+
+namespace Cli {
+
+void DropEmptyDatasets(CIEData& job)
+{
+    for (int i = job.GetNumberOfDatasets() - 1; i >= 0; --i) {
+        if (IsEmpty(*job.GetDatasetAt(i)))
+            job.RemoveDataset(i);
+    }
+    job.SetCurDataset(0);
+}
+
+std::string TargetFolder(const TConvertArguments& arguments)
+{
+    std::error_code ignored;
+    if (arguments.m_bPerDataset && std::filesystem::is_directory(arguments.m_strOut, ignored))
+        return arguments.m_strOut.ends_with('/') ? arguments.m_strOut : arguments.m_strOut + "/";
+    return FolderOf(arguments.m_bPerDataset ? arguments.m_strOut : FollowLink(arguments.m_strOut));
+}
+
+TDelivery Deliver(std::unique_ptr<CIEData> pJob, const TConvertArguments& arguments, const TForm& form,
+                  CStaging& staging, CWatch& watch, CMessages& messages)
+{
+    TDelivery delivery;
+    const auto fail = [&](EExit eExit, std::string text) {
+        delivery.m_eExit = messages.Fail(eExit, std::move(text));
+        return delivery;
+    };
+
+    std::string strName = "dataset"; // exchanged for the names of the datasets
+    int nBadNames = 0;
+    if (!form.IsJob())
+        SetSingleFile(*pJob, !arguments.m_bPerDataset);
+    if (arguments.m_bPerDataset) {
+        if (!CanSplit(*pJob))
+            return fail(EExit::NotSupported, "--per-dataset needs points, lines or other objects in the first dataset");
+        MakeNamesUnique(*pJob, messages);
+        nBadNames = CountBadNames(*pJob);
+        const std::string obstacle = FindDatasetObstacle(*pJob, TargetFolder(arguments), form, arguments.m_bOverwrite);
+        if (!obstacle.empty())
+            return fail(EExit::OutputFailed, obstacle);
+    } else {
+        const std::string target = FollowLink(arguments.m_strOut);
+        strName = target.substr(FolderOf(target).size());
+    }
+
+    std::string error;
+    if (!staging.Make(TargetFolder(arguments), error))
+        return fail(EExit::OutputFailed, error);
+    delivery.m_eResult = RunExport(std::move(pJob), staging.PathOf(strName), form, watch, arguments.m_bProgress);
+    delivery.m_bRan = true;
+    PrintNotes(watch.GetLedger(), messages);
+
+    delivery.m_eExit = Judge(delivery.m_eResult, watch.GetLedger(), nBadNames);
+    if (delivery.m_eExit != EExit::Done && delivery.m_eExit != EExit::Loss) {
+        delivery.m_eExit = Explain(delivery.m_eExit, arguments.m_strOut, delivery.m_eResult, messages);
+        return delivery;
+    }
+    if (arguments.m_bFailOnLoss && (HasLoss(watch.GetLedger()) || delivery.m_eExit == EExit::Loss))
+        return fail(EExit::Loss, arguments.m_strOut + " wasn't written: --fail-on loss forbids what is told above");
+    if (!staging.Deliver(arguments.m_bOverwrite, delivery.m_Files, error))
+        return fail(EExit::OutputFailed, error);
+    for (const std::string& file : delivery.m_Files)
+        messages.Say(fmt::format("{}: written as {}", file, form.Describe()));
+    if (delivery.m_eExit == EExit::Loss)
+        messages.Fail(EExit::Loss, fmt::format("{} {}", arguments.m_strOut, ExplainExport(delivery.m_eResult)));
+    return delivery;
+}
+
+} // namespace Cli
