@@ -1,0 +1,93 @@
+#include "support/files.h"
+#include "support/jobs.h"
+#include "transfer/entries.h"
+
+#include <sstream>
+
+namespace {
+
+struct TList {
+    const char* m_pFile;
+    const char* m_pFields;
+    char m_cDelimiter;
+    bool m_bGeographic;
+    int m_nPoints;
+};
+
+const TList kLists[] = {
+    {"bezi-flattri-pnezd.asc", "PNEZD", ',', false, 7},
+    {"bezi-samepnts-pnezd.asc", "PNEZD", ',', false, 8},
+    {"ddbim-xyz-grid.txt", "east,north,height", ' ', false, 2040},
+    {"trails-latlonh.txt", "east,north,height", ' ', true, 8},
+    {"trails-points-space.txt", "name,east,north,height,codes", ' ', false, 446},
+};
+
+/// The sums of the three numbers that stand side by side on each line, counted apart from the library.
+struct TSums {
+    int m_nLines = 0;
+    double m_dFirst = 0, m_dSecond = 0, m_dHeight = 0;
+};
+
+TSums Count(const CString& strFile, const TList& list)
+{
+    TSums sums;
+    std::istringstream lines(ReadFile(strFile));
+    lines.imbue(std::locale::classic());
+    for (std::string line; std::getline(lines, line);) {
+        std::replace(line.begin(), line.end(), ',', ' ');
+        std::istringstream fields(line);
+        fields.imbue(std::locale::classic());
+        std::string name;
+        double dFirst = 0, dSecond = 0, dHeight = 0;
+        if (*list.m_pFields != 'e')
+            fields >> name;
+        fields >> dFirst >> dSecond >> dHeight;
+        EXPECT_TRUE(fields) << line;
+        ++sums.m_nLines;
+        sums.m_dFirst += dFirst;
+        sums.m_dSecond += dSecond;
+        sums.m_dHeight += dHeight;
+    }
+    return sums;
+}
+
+TEST(CorpusText, EveryPointOfTheListsComesIn)
+{
+    const char* const pPlace = std::getenv("ALIDADE_CORPUS");
+    const CString strFolder = pPlace ? pPlace : ALIDADE_SOURCE_DIR "/../shared/corpus";
+    if (!std::filesystem::exists(strFolder + "/survey-text"))
+        GTEST_SKIP() << "no collection of survey files: " << strFolder
+                     << "/survey-text; ALIDADE_CORPUS can name its folder";
+    for (const TList& list : kLists) {
+        SCOPED_TRACE(list.m_pFile);
+        const CString strFile = strFolder + "/survey-text/" + list.m_pFile;
+        CIELedger ledger;
+        CIEData job;
+        job.SetObserver(&ledger);
+        SetLayout(job, list.m_pFields, static_cast<char16_t>(list.m_cDelimiter));
+        if (list.m_bGeographic)
+            job.GetJobInfo()->SetCSType(TIEJobInfo::Geographic);
+        EXPECT_EQ(ImportInTheSameThread(&job, strFile, 0), IE_OK);
+        EXPECT_TRUE(ledger.IsEmpty());
+
+        const TSums expected = Count(strFile, list);
+        TSums sums;
+        const CIEDataset& dataset = *job.GetDatasetAt(0);
+        for (int i = 0; const CIEObject* const pObject = dataset.GetObjectAt(i); ++i) {
+            const bool bNorthFirst = *list.m_pFields == 'P';
+            for (int j = 0; const CIEStation* const pStation = pObject->GetStation(j); ++j) {
+                ++sums.m_nLines;
+                sums.m_dFirst += bNorthFirst ? pStation->m_dNorth : pStation->m_dEast;
+                sums.m_dSecond += bNorthFirst ? pStation->m_dEast : pStation->m_dNorth;
+                sums.m_dHeight += pStation->GetHeight();
+            }
+        }
+        EXPECT_EQ(sums.m_nLines, list.m_nPoints);
+        EXPECT_EQ(sums.m_nLines, expected.m_nLines);
+        EXPECT_DOUBLE_EQ(sums.m_dFirst, expected.m_dFirst);
+        EXPECT_DOUBLE_EQ(sums.m_dSecond, expected.m_dSecond);
+        EXPECT_DOUBLE_EQ(sums.m_dHeight, expected.m_dHeight);
+    }
+}
+
+} // namespace

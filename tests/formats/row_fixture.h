@@ -1,0 +1,91 @@
+// What tests over the format table share: the built rows, and runs of them through the entries.
+#pragma once
+
+#include "support/files.h"
+#include "support/jobs.h"
+#include "transfer/entries.h"
+#include "transfer/format_table.h"
+
+/// A form that is written and read.
+struct TFormPair {
+    const TIEFormatRow* m_pOut;
+    const TIEFormatRow* m_pIn;
+};
+
+inline std::vector<const TIEFormatRow*> BuiltRows(EIEDirection eDirection)
+{
+    std::vector<const TIEFormatRow*> rows;
+    for (const TIEFormatRow& row : CIEFormatTable::GetRows()) {
+        if (row.m_eDirection == eDirection && row.IsBuilt())
+            rows.push_back(&row);
+    }
+    return rows;
+}
+
+inline std::vector<TFormPair> BuiltPairs()
+{
+    std::vector<TFormPair> pairs;
+    for (const TIEFormatRow* const pOut : BuiltRows(EIEDirection::Export)) {
+        const TIEFormatRow* const pIn = CIEFormatTable::FindByKey(EIEDirection::Import, pOut->m_pKey);
+        if (pIn && pIn->IsBuilt())
+            pairs.push_back({pOut, pIn});
+    }
+    return pairs;
+}
+
+inline bool IsKnownResult(EIEResult eResult)
+{
+    constexpr EIEResult kKnown[] = {IE_OK,
+                                    IE_VALUE_TOO_WIDE,
+                                    IE_PARTIAL,
+                                    IE_BAD_DATASET_NAME,
+                                    IE_NOTHING_DONE,
+                                    IE_NOTHING_TO_EXPORT,
+                                    IE_BAD_CONTENT,
+                                    IE_ENGINE_NOT_READY,
+                                    IE_ENGINE_OPEN_FAILED,
+                                    IE_CANNOT_OPEN_FILE,
+                                    IE_NOT_SUPPORTED,
+                                    IE_STOPPED,
+                                    IE_OUT_OF_MEMORY,
+                                    IE_NO_JOB};
+    return std::find(std::begin(kKnown), std::end(kKnown), eResult) != std::end(kKnown);
+}
+
+/// These readers give what their records gave when they are stopped, and not IE_STOPPED.
+inline bool HidesAStop(const TIEFormatRow& row)
+{
+    return CString(row.m_pKey).starts_with("sima");
+}
+
+class CRowTest : public testing::Test {
+protected:
+    /// Where a run writes and reads. Forms of several files put theirs beside it.
+    [[nodiscard]] CString FileOf(const TIEFormatRow& row) const
+    {
+        const CString words = row.m_pExtensions;
+        return m_Folder / ("file." + (words.empty() ? "x" : words.substr(0, words.find(' '))));
+    }
+
+    EIEResult Export(std::unique_ptr<CIEData> pJob, const TIEFormatRow& row, const CString& strFile)
+    {
+        pJob->SetObserver(&m_Ledger);
+        m_Ledger.Clear();
+        ChangeSettings(*pJob, [](TIESettings& settings) { settings.m_bSingleFile = true; });
+        return ExportInTheSameThread(pJob.release(), strFile, EExportType(row.m_nCode));
+    }
+
+    /// A plain job that every form can write: two points, of which no more than the ASCII name and the place are told.
+    static std::unique_ptr<CIEData> MakePlainJob()
+    {
+        auto pJob = std::make_unique<CIEData>();
+        CIEDataset& dataset = *pJob->AddDataset(std::make_unique<CIEDataset>("Site"));
+        AddPoint(dataset, "1", 1.5, 2.25, 3.125);
+        AddPoint(dataset, "2", -4, 5, 6);
+        return pJob;
+    }
+
+    TStopGuard m_Guard;
+    CTempFolder m_Folder;
+    CIELedger m_Ledger;
+};
