@@ -1,0 +1,86 @@
+// One import or one export through the library in a process of its own, to be compared with the floor program.
+//
+//   alidade_points read FILE          imports delimited text
+//   alidade_points write FILE COUNT   exports it
+//   alidade_points memory COUNT       bytes that plain points take
+
+#include "point_jobs.h"
+#include "usage.h"
+
+#include "transfer/entries.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include <malloc.h>
+
+namespace {
+
+constexpr int kDelimited = 0; ///< format code, both directions
+
+int Read(const char* pPath)
+{
+    CIEData job;
+    const double dStart = Usage::CpuSeconds();
+    const EIEResult eResult = ImportInTheSameThread(&job, pPath, kDelimited);
+    const double dWork = Usage::CpuSeconds() - dStart;
+    if (eResult != IE_OK) {
+        std::fprintf(stderr, "%s: result %d\n", pPath, static_cast<int>(eResult));
+        return 1;
+    }
+    Usage::Print(static_cast<std::size_t>(job.GetNumberOfObjectsInAllDatasets()), dWork);
+    return 0;
+}
+
+int Write(const char* pPath, std::size_t nCount)
+{
+    std::unique_ptr<CIEData> pJob = PointJobs::Make(nCount);
+    const double dStart = Usage::CpuSeconds();
+    // the run deletes the job, and that is counted
+    const EIEResult eResult = ExportInTheSameThread(pJob.release(), pPath, static_cast<EExportType>(kDelimited));
+    const double dWork = Usage::CpuSeconds() - dStart;
+    if (eResult != IE_OK) {
+        std::fprintf(stderr, "%s: result %d\n", pPath, static_cast<int>(eResult));
+        return 1;
+    }
+    Usage::Print(nCount, dWork);
+    return 0;
+}
+
+std::size_t HeapBytes()
+{
+    const auto heap = ::mallinfo2();
+    return heap.uordblks + heap.hblkhd;
+}
+
+/// Names are short enough to lie within the point, so all that is counted is the point itself, the list that holds it
+/// among it.
+int Memory(std::size_t nCount)
+{
+    CIEDataset dataset("points");
+    const std::size_t nBefore = HeapBytes();
+    for (std::size_t i = 0; i < nCount; ++i) {
+        CIEStation station(1.0, 2.0, 3.0);
+        station.SetName("P" + std::to_string(i));
+        dataset.Add(std::make_unique<CIEDesignPoint>(std::move(station)));
+    }
+    const std::size_t nBytes = HeapBytes() - nBefore;
+    std::printf("records=%zu bytes_per_point=%.1f sizeof_point=%zu sizeof_station=%zu\n", nCount,
+                static_cast<double>(nBytes) / static_cast<double>(nCount), sizeof(CIEDesignPoint), sizeof(CIEStation));
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const std::string_view mode = argc > 2 ? argv[1] : "";
+    if (mode == "read" && argc == 3)
+        return Read(argv[2]);
+    if (mode == "write" && argc == 4)
+        return Write(argv[2], std::strtoull(argv[3], nullptr, 10));
+    if (mode == "memory" && argc == 3)
+        return Memory(std::strtoull(argv[2], nullptr, 10));
+    std::fputs("usage: alidade_points read FILE | write FILE COUNT | memory COUNT\n", stderr);
+    return 2;
+}

@@ -1,0 +1,147 @@
+// Every importer of the format table: --format=<key> says which one this process feeds.
+//
+// The first four bytes of the input choose settings, the rest is the file. What comes in is checked and written out
+// again by the form's exporter; if nothing was reported as lost on the way, reading that file must give the same
+// objects, and writing those the same bytes.
+
+#include "job_checks.h"
+#include "support.h"
+
+#include "transfer/entries.h"
+#include "transfer/factory.h"
+#include "transfer/format_table.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <iterator>
+
+namespace {
+
+using enum IEAsciiFields::EType;
+
+const IEAsciiFields::TFields kLayouts[] = {
+    {Name, North, East, Height, CodesWithAll},
+    {Name, North, East, Height, Codes},
+    {Name, North, East, Height},
+    {CodesWithAll, Name, North, East, Height},
+    {Name, North, East, Height, GeoidHeight, Notes, CodesWithAttributes},
+    {Name, North, East, Height, CodesWithStrings},
+    {North, East, Height},
+    {Name, Notes},
+    {Name, Codes, North, East, CodesWithAll},
+    {},
+    {FirstGPS, LastGPS, Name},
+    {Name, LastField},
+    {Name},
+    {CodesWithAll},
+    {Notes, CodesWithAttributes, Name, North, East},
+    {East, North, Name, Height, Name},
+};
+constexpr char16_t kDelimiters[] = {u',', u';', u'\t', u' ', u'|', u'\u00A6', u':', u'"'};
+constexpr int kDecimals[] = {3, -1, 0, 2, 4, 6, 9, 12};
+constexpr const char* kCodePages[] = {"CP1252", "UTF-8", "SHIFT_JIS", "no such page"};
+
+const TIEFormatRow* g_pRow = nullptr; ///< of the importer that is fed
+
+/// Takes the four bytes. "0000" is a job in metres with the settings of a new one.
+void TakeSettings(CFuzzInput& input, CIEData& job)
+{
+    const unsigned nLayout = input.TakeChoice();
+    const unsigned nFlags = input.TakeChoice();
+    const unsigned nUnits = input.TakeChoice();
+    const unsigned nTexts = input.TakeChoice();
+
+    TIESettings settings;
+    settings.m_pAsciiFormat = std::make_unique<TIEAsciiFormat>();
+    settings.m_pAsciiFormat->m_Fields = kLayouts[nLayout % std::size(kLayouts)];
+    settings.m_pAsciiFormat->m_cDelimiter = kDelimiters[nFlags % std::size(kDelimiters)];
+    settings.m_pAsciiFormat->m_bWriteHeader = (nFlags & 0x40U) != 0;
+    settings.m_bAttrTypes = (nFlags & 0x10U) != 0;
+    settings.m_bAttrQuotes = (nFlags & 0x20U) != 0;
+    settings.m_eCoordsStyle = static_cast<ECOORDS_STYLE>(nUnits / 8 % 6);
+    settings.m_nNorthDecimals = settings.m_nEastDecimals = settings.m_nHeightDecimals =
+        kDecimals[nTexts % std::size(kDecimals)];
+    settings.m_strCodePage = kCodePages[nTexts / std::size(kDecimals) % std::size(kCodePages)];
+    job.SetSettings(std::move(settings));
+
+    TIEJobInfo& info = *job.GetJobInfo();
+    info.SetCSType((nFlags & 0x08U) != 0 ? TIEJobInfo::Geographic : TIEJobInfo::Plane);
+    info.SetDistUnits(nUnits % 8 == 0 ? EDIST_UNITS::Meters : static_cast<EDIST_UNITS>(nUnits % 8 - 1));
+}
+
+EIEResult Import(CIEData& job, const CString& strFile)
+{
+    const EIEResult eResult = ImportInTheSameThread(&job, strFile, g_pRow->m_nCode);
+    Require(eResult == IE_OK || eResult == IE_PARTIAL || eResult == IE_BAD_CONTENT || eResult == IE_NOTHING_DONE,
+            "an import of a file that is there ends in one of four results");
+    CheckJob(job);
+    return eResult;
+}
+
+/// Writes the current dataset. True if all of it is in the file.
+bool Export(CIEData& job, const TIEFormatRow& row, const CString& strFile)
+{
+    CIELedger ledger;
+    job.SetObserver(&ledger);
+    const EIEResult eResult = CreateExporter(&job, strFile, row.m_nCode)->Export();
+    job.SetObserver(nullptr);
+    Require(eResult == IE_OK || eResult == IE_VALUE_TOO_WIDE || eResult == IE_NOTHING_TO_EXPORT,
+            "an export of an imported job ends in one of three results");
+    return eResult == IE_OK && ledger.IsEmpty();
+}
+
+void CheckWayBack(CIEData& job)
+{
+    const TIEFormatRow* const pExport = CIEFormatTable::FindByKey(EIEDirection::Export, g_pRow->m_pKey);
+    if (!pExport || !pExport->IsBuilt())
+        return;
+    static const std::string strFirst = Scratch::MakePath("first");
+    static const std::string strSecond = Scratch::MakePath("second");
+    if (!Export(job, *pExport, strFirst))
+        return;
+
+    CIEData again;
+    again.SetSettings(job.GetCopyOfSettings());
+    *again.GetJobInfo() = *job.GetJobInfo();
+    const EIEResult eResult = Import(again, strFirst);
+    Require(eResult == IE_OK || eResult == IE_NOTHING_DONE, "a file that lacks nothing is read without a fault");
+    CheckSameObjects(job, again);
+    Export(again, *pExport, strSecond);
+    // the last digits of a conversion may show, where many decimals are asked for
+    if (job.GetJobInfo()->GetCSType() == TIEJobInfo::Plane && job.GetJobInfo()->GetDistUnits() == EDIST_UNITS::Meters)
+        RequireEqual(Scratch::Read(strFirst), Scratch::Read(strSecond), "a second export gives the same file");
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int* pCount, char*** pArgs)
+{
+    constexpr std::string_view kOption = "--format=";
+    for (int i = 1; i < *pCount; ++i) {
+        const std::string_view argument = (*pArgs)[i];
+        if (argument.starts_with(kOption))
+            g_pRow = CIEFormatTable::FindByKey(EIEDirection::Import, argument.substr(kOption.size()));
+    }
+    if (g_pRow && g_pRow->IsBuilt())
+        return 0;
+    std::fputs("say --format=<key>, one of", stderr);
+    for (const TIEFormatRow& row : CIEFormatTable::GetRows()) {
+        if (row.m_eDirection == EIEDirection::Import && row.IsBuilt())
+            std::fprintf(stderr, " %s", row.m_pKey);
+    }
+    std::fputs("\n", stderr);
+    std::exit(2);
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize)
+{
+    static const std::string strFile = Scratch::MakePath("input");
+    CFuzzInput input(pData, nSize);
+    CIEData job;
+    TakeSettings(input, job);
+    Scratch::Write(strFile, input.GetRest());
+    Import(job, strFile);
+    CheckWayBack(job);
+    return 0;
+}
