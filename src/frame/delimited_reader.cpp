@@ -243,6 +243,8 @@ void CIEPointImporter::ParseCode(std::string_view text, CIEObject& object)
     CIECodeDescription* pDescription = m_pData->GetIEDataDictionary()->FindCodeDiscription(name);
     if (!pDescription)
         pDescription = m_pData->AddCodeToIEDataDictionary(MakeDescription(CString(name), attributes));
+    else if (m_pData->GetObserver())
+        NoteOtherNames(*pDescription, attributes, object);
     CIECodeValues values(pDescription);
     for (TAttribute& attribute : attributes)
         values.AddAttr(std::move(attribute.m_strValue));
@@ -261,6 +263,22 @@ void CIEPointImporter::ParseCode(std::string_view text, CIEObject& object)
         }
     }
     object.AddCode(std::move(values));
+}
+
+/// Values go to the dictionary's attributes in order, whatever names stand beside them in the file.
+void CIEPointImporter::NoteOtherNames(const CIECodeDescription& description, const TAttributes& attributes,
+                                      const CIEObject& object) const
+{
+    for (int i = 0; static_cast<std::size_t>(i) < attributes.size(); ++i) {
+        const std::string_view name = attributes[static_cast<std::size_t>(i)].m_strName;
+        const CIEAttrDescription* const pKnown = description.GetAttrDescriptionAt(i);
+        if (pKnown && (name == pKnown->GetName() || name.substr(0, FindTypeMark(name)) == pKnown->GetName()))
+            continue;
+        Note(TIENote::Changed, "code.attributes", m_nLine, object.GetName(),
+             "the attributes of its code \"" + description.GetName() +
+                 "\" aren't those that the job knows; their values were taken in order");
+        return;
+    }
 }
 
 CIEPointImporter::TAttributes CIEPointImporter::ReadAttributes(std::string_view text) const

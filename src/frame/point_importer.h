@@ -40,6 +40,8 @@ private:
     using TAttributes = std::vector<TAttribute>;
 
     [[nodiscard]] TAttributes ReadAttributes(std::string_view text) const;
+    void NoteOtherNames(const CIECodeDescription& description, const TAttributes& attributes,
+                        const CIEObject& object) const;
     [[nodiscard]] std::unique_ptr<CIECodeDescription> MakeDescription(CString strName,
                                                                       const TAttributes& attributes) const;
     void TakeHeader(CIETextFile& file);

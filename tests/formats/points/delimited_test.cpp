@@ -102,6 +102,8 @@ const TLineCase kLines[] = {
                                 "point A 1 2 3 ROAD(width:REAL=3.5 kind:TEXT=asphalt lanes:INT=2 side:LIST#L#R=L)&note&two@c1@c2"},
     {R"(A,1,2,3,ROAD:side.LIST(L#R)=R$w.REAL=1&note@c1)",
                                 "point A 1 2 3 ROAD(side:LIST#L#R=R w:REAL=1)&note@c1", "", IE_OK, Types},
+    {R"(A,1,2,3,ROAD:s.LIST(a#b)="x$y")",
+                                "point A 1 2 3 ROAD(s:LIST#a#b=\"x)", "", IE_OK, Types},
     {R"(A,1,2,3,ROAD:w.REAL=3.5$kind.TEXT="a")",
                                 "point A 1 2 3 ROAD(w.REAL:TEXT=3.5 kind.TEXT:TEXT=a)", "", IE_OK, Plain},
     {R"(A,1,2,3,ROAD:kind="a")", "point A 1 2 3 ROAD(kind:TEXT=\"a\")"},
@@ -116,7 +118,7 @@ const TLineCase kLines[] = {
     {R"(A,1,2,3,ROAD:k.TEXT="a$b"$w.REAL=1)", "point A 1 2 3 ROAD(k:TEXT=a$b b\"$w:REAL=1)"},
     {R"(A,1,2,3,ROAD:k.TEXT="abc)", "point A 1 2 3 ROAD(k:TEXT=abc)"},
     {R"(A,1,2,3,ROAD:k.TEXT=""$w.REAL=1)", "point A 1 2 3 ROAD(k:TEXT= w:REAL=1)"},
-    {"A,1,2,3,ROAD:w=1\nB,1,2,3,ROAD:x=2$y=3", "point A 1 2 3 ROAD(w:TEXT=1)\npoint B 1 2 3 ROAD(w:TEXT=2 =3)"},
+    {"A,1,2,3,ROAD:w=1\nB,1,2,3,ROAD:x=2$y=3", "point A 1 2 3 ROAD(w:TEXT=1)\npoint B 1 2 3 ROAD(w:TEXT=2 =3)", "2:code.attributes "},
     // code strings and control codes
     {"A,1,2,3,ROAD&a&&b",       "point A 1 2 3 ROAD()&a&b"},
     {"A,1,2,3,ROAD@c1@c2@c3",   "point A 1 2 3 ROAD()@c1@c3"},
@@ -313,6 +315,25 @@ TEST_F(DelimitedTest, WritesWhatItsRulesSay)
         [](const CIEObject& object) { return object.GetName() != "P2" && object.GetName() != "L"; });
     AddPoint(*pJob->GetDatasetAt(0), "Z", 47.37519, -8.9999999, 408);
     ExpectGolden("delimited/geographic.txt", Export(std::move(pJob), kDelimited));
+}
+
+TEST_F(DelimitedTest, EachFieldHasItsDecimalsAndItsShareOfTheCodes)
+{
+    auto pJob = MakeJob(Plain, "north,east,height,geoid,code");
+    ChangeSettings(*pJob, [](TIESettings& settings) {
+        settings.m_nNorthDecimals = 1;
+        settings.m_nEastDecimals = 2;
+        settings.m_nHeightDecimals = 4;
+    });
+    CIEStation station = MakeStation("P", 1, 2, 3);
+    station.SetGeoidHeight(-48.5);
+    CIEDataset& dataset = *pJob->AddDataset(std::make_unique<CIEDataset>("Site"));
+    CIEObject* const pPoint = dataset.Add(std::make_unique<CIEDesignPoint>(std::move(station)));
+    const auto* const pRoad = AddCode(*pJob, "ROAD", {CIEAttrDescription("kind")});
+    CIECodeValues& road = GiveCode(*pPoint, pRoad, {"gravel"});
+    road.AddCodeString("note");
+    road.SetControlCode(0, "c1");
+    EXPECT_EQ(Export(std::move(pJob), kDelimited), "1.0,2.00,3.0000,-48.5000,ROAD\r\n");
 }
 
 TEST_F(DelimitedTest, ARichJobComesBackTheSameAndNothingIsSaidOfIt)

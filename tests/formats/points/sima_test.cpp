@@ -77,6 +77,7 @@ TEST_F(SimaTest, Reads)
         const CString strObjects = *row.m_pObjects ? CString(row.m_pObjects) + "\n" : CString();
         EXPECT_EQ(Import(job, row.m_nCode, row.m_pText), (TImported{row.m_eResult, strObjects, row.m_pNotes}));
         ASSERT_EQ(job.GetNumberOfDatasets(), 1);
+        EXPECT_EQ(job.GetCurDatasetID(), 0);
         EXPECT_EQ(job.GetDatasetAt(0)->GetName(), "Import dataset");
     }
 }
