@@ -298,6 +298,8 @@ TEST_F(LawsTest, WhatGoesOutComesBackOrIsTold)
                 const CString strFirst = m_Folder / "first", strSecond = m_Folder / "second";
                 const auto pJob = CJobMaker(nSeed, variant).Make();
                 auto pBack = MakeJobLike(*pJob);
+                Platform::RemoveFile(strFirst);
+                Platform::RemoveFile(strSecond);
                 ASSERT_EQ(Export(CJobMaker(nSeed, variant).Make(), *pOut, strFirst), IE_OK);
                 const CJudge judge(*pJob, m_Ledger, variant);
                 const bool bChanged = m_Ledger.GetCount(TIENote::Changed) > 0;
@@ -317,7 +319,7 @@ TEST_F(LawsTest, WhatGoesOutComesBackOrIsTold)
 
 TEST_F(LawsTest, EveryPrefixAndEveryFlippedByteEndInAResult)
 {
-    constexpr std::size_t kPrefixes = 800;
+    constexpr std::size_t kPrefixes = 1500;
     constexpr int kFlips = 300;
     for (const auto& [pOut, pIn] : BuiltPairs()) {
         const CString strFile = FileOf(*pIn);

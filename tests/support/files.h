@@ -56,6 +56,8 @@ inline std::string ReadFile(const std::string& path)
 
 inline void WriteFile(const std::string& path, std::string_view bytes)
 {
+    std::error_code ignored;
+    std::filesystem::remove(path, ignored); // a file system may wait for the disk when a file is truncated
     std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
