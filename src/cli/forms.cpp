@@ -97,8 +97,13 @@ void Narrow(std::vector<TIEFormatGuess>& guesses, bool bLayout)
     const auto delimited = std::find_if(guesses.begin(), guesses.end(), [](const TIEFormatGuess& guess) {
         return guess.m_pRow->m_pKey == kDelimitedKey;
     });
+    const bool bMarked = std::any_of(guesses.begin(), guesses.end(), [](const TIEFormatGuess& guess) {
+        return guess.m_eByContent == EIERecognition::Surely;
+    });
     if (bLayout && delimited != guesses.end())
         guesses = {*delimited};
+    else if (bLayout && !bMarked) // a delimiter that nobody would guess
+        guesses = {{CIEFormatTable::FindByKey(EIEDirection::Import, kDelimitedKey), EIERecognition::Perhaps, false}};
 }
 
 /// Leaves the best of them: a form that name and content both speak for goes ahead of one that has the name alone, and

@@ -54,7 +54,8 @@ CString FirstLine(const std::string& strFile, const CString& strCodePage)
     std::string_view line;
     if (file.Open(strFile, strCodePage))
         (void)file.ReadLine(line);
-    return CString(line);
+    constexpr int kLookedAt = 4096; // characters
+    return CString(IEUtils::Left(line, kLookedAt));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "frame/exporter.h"
 
+#include "frame/format_row.h"
 #include "frame/losses.h"
 
 EIEResult CIEExporter::Export()
@@ -28,6 +29,8 @@ void CIEExporter::NoteDatasets(int nFirst) const
 {
     const bool bAll = m_pData->GetSettings().m_bSingleFile;
     const int nLast = m_pData->GetCurDatasetID();
+    if (bAll && nLast > nFirst && !(m_nCarries & CARRIES_DATASETS))
+        Note(TIENote::Changed, "job.datasets", {}, "the form has no datasets; all of them read back as one");
     for (int i = 0; const CIEDataset* const pDataset = m_pData->GetDatasetAt(i); ++i) {
         if (bAll ? i >= nFirst && i <= nLast : i == nLast)
             Losses::NoteDataset(*m_pData, m_strFileName, *pDataset, m_nCarries);

@@ -35,6 +35,7 @@ enum EIECarries : unsigned {
     CARRIES_GEOID_HEIGHTS = 1U << 15,
     CARRIES_TIME_STAMPS = 1U << 16,
     CARRIES_POINT_KINDS = 1U << 17, ///< a point-to-line point or a GPS position comes back as one
+    CARRIES_DATASETS = 1U << 18,    ///< the datasets of one file come back apart, with their names
 };
 
 /// How surely a file's first bytes are of a form.

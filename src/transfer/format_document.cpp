@@ -27,6 +27,7 @@ constexpr std::pair<unsigned, std::string_view> kWords[] = {
     {CARRIES_GEOID_HEIGHTS, "geoid heights"},
     {CARRIES_TIME_STAMPS, "time stamps"},
     {CARRIES_POINT_KINDS, "kinds of points"},
+    {CARRIES_DATASETS, "datasets"},
 };
 
 std::vector<std::string_view> GetExtensions(const TIEFormatRow& row)

@@ -480,6 +480,8 @@ const TKind kKinds[] = {
     {CARRIES_TIME_STAMPS, "object.time-stamps A", [](CIEData&, CIEDataset& set) { AddChanged(set, [](auto& station) { station.SetTimeStamps("7:00"); }); }},
     {CARRIES_UNDEFINED_HEIGHTS, "object.no-height A", [](CIEData&, CIEDataset& set) { AddChanged(set, [](auto& station) { station.SetHeightUndefined(); }); }},
     {CARRIES_POINT_KINDS, "object.point-kind A", [](CIEData&, CIEDataset& set) { AddChanged<CIEGPSPosition>(set, [](auto&) {}); }},
+    {CARRIES_DATASETS, "job.datasets ", [](CIEData& job, CIEDataset& set) {
+        AddPoint(set, "A"); AddPoint(*job.AddDataset(std::make_unique<CIEDataset>("Second")), "B"); job.SetCurDataset(0); }},
 };
 // clang-format on
 
