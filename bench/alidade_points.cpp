@@ -53,20 +53,28 @@ std::size_t HeapBytes()
     return heap.uordblks + heap.hblkhd;
 }
 
-/// Names are short enough to lie within the point, so all that is counted is the point itself, the list that holds it
-/// among it.
-int Memory(std::size_t nCount)
+/// Bytes of heap that a point takes with the list's entry for it; `pCode` may be null. Names are short enough to lie
+/// within the point.
+double BytesPerPoint(std::size_t nCount, const CIECodeDescription* pCode)
 {
     CIEDataset dataset("points");
     const std::size_t nBefore = HeapBytes();
     for (std::size_t i = 0; i < nCount; ++i) {
         CIEStation station(1.0, 2.0, 3.0);
         station.SetName("P" + std::to_string(i));
-        dataset.Add(std::make_unique<CIEDesignPoint>(std::move(station)));
+        auto pPoint = std::make_unique<CIEDesignPoint>(std::move(station));
+        if (pCode)
+            pPoint->AddCode(CIECodeValues(pCode));
+        dataset.Add(std::move(pPoint));
     }
-    const std::size_t nBytes = HeapBytes() - nBefore;
-    std::printf("records=%zu bytes_per_point=%.1f sizeof_point=%zu sizeof_station=%zu\n", nCount,
-                static_cast<double>(nBytes) / static_cast<double>(nCount), sizeof(CIEDesignPoint), sizeof(CIEStation));
+    return static_cast<double>(HeapBytes() - nBefore) / static_cast<double>(nCount);
+}
+
+int Memory(std::size_t nCount)
+{
+    const CIECodeDescription code("TREE");
+    std::printf("records=%zu bytes_per_point=%.1f bytes_with_code=%.1f sizeof_point=%zu\n", nCount,
+                BytesPerPoint(nCount, nullptr), BytesPerPoint(nCount, &code), sizeof(CIEDesignPoint));
     return 0;
 }
 

@@ -68,8 +68,8 @@ def main():
         for title, (small, large) in seconds.items():
             print(f"{title}: ten times the points, {large / small:.2f} times the time")
         memory = run(library, "memory", str(SIZES[-1]))
-        print(f"a plain point takes {memory['bytes_per_point']:.0f} bytes "
-              f"({memory['sizeof_point']:.0f} itself, the rest is the heap's and the list's)")
+        print(f"a plain point takes {memory['bytes_per_point']:.0f} bytes ({memory['sizeof_point']:.0f} itself, the rest is "
+              f"the heap's and the list's), one with a code {memory['bytes_with_code']:.0f}")
 
 
 if __name__ == "__main__":

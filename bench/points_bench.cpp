@@ -6,9 +6,9 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 
 #include <unistd.h>
 
@@ -168,6 +168,31 @@ void Import(benchmark::State& state, int nCode, TAppend append, TCheck check)
     state.SetBytesProcessed(state.iterations() * file.GetSize());
 }
 
+// ---- lines made to be slow
+
+/// One line that repeats a piece of code text.
+void ImportLongLine(benchmark::State& state, const char* pStart, const char* pPiece)
+{
+    std::string line = pStart;
+    for (std::int64_t i = 0; i < state.range(0); ++i)
+        line += pPiece;
+    const CScratchFile file;
+    std::ofstream(file.GetPath(), std::ios::binary) << line << "\r\n";
+    for ([[maybe_unused]] auto _ : state) {
+        CIEData job;
+        TIESettings settings;
+        settings.m_bAttrTypes = settings.m_bAttrQuotes = true;
+        job.SetSettings(std::move(settings));
+        if (ImportInTheSameThread(&job, file.GetPath(), kDelimitedIn) != IE_OK ||
+            job.GetNumberOfObjectsInAllDatasets() != 1) {
+            state.SkipWithError("the import gives something else");
+            return;
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+    state.SetBytesProcessed(state.iterations() * file.GetSize());
+}
+
 // ---- export
 
 std::unique_ptr<CIEData> MakeAttributeJob(std::size_t nCount)
@@ -224,12 +249,21 @@ void SizesOf(benchmark::internal::Benchmark* pBenchmark)
     pBenchmark->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
 }
 
+void LengthsOf(benchmark::internal::Benchmark* pBenchmark)
+{
+    pBenchmark->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+}
+
 } // namespace
 
 BENCHMARK_CAPTURE(Import, delimited, kDelimitedIn, AppendPoint, HasCodedPoints)->Apply(SizesOf);
 BENCHMARK_CAPTURE(Import, delimited_lines, kDelimitedIn, AppendLinePoint, HasLines)->Apply(SizesOf);
 BENCHMARK_CAPTURE(Import, delimited_attributes, kDelimitedIn, AppendAttributes, HasAttributes)->Apply(SizesOf);
 BENCHMARK_CAPTURE(Import, sima, kSimaIn, AppendSima, HasPoints)->Apply(SizesOf);
+BENCHMARK_CAPTURE(ImportLongLine, attributes, "P,1,2,3,ROAD:", "a=b$")->Apply(LengthsOf);
+BENCHMARK_CAPTURE(ImportLongLine, quoted_attributes, "P,1,2,3,ROAD:", "a.TEXT=\"b\"")->Apply(LengthsOf);
+BENCHMARK_CAPTURE(ImportLongLine, code_strings, "P,1,2,3,ROAD", "&\"a\"")->Apply(LengthsOf);
+BENCHMARK_CAPTURE(ImportLongLine, codes, "P,1,2,3", ",TREE")->Arg(900)->Arg(9'000)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Export, delimited, kDelimitedOut, PointJobs::Make, AppendPoint, false)->Apply(SizesOf);
 BENCHMARK_CAPTURE(Export, delimited_attributes, kDelimitedOut, MakeAttributeJob, AppendAttributes, false)
     ->Apply(SizesOf);

@@ -79,15 +79,22 @@ EIEResult Import(CIEData& job, const CString& strFile)
     return eResult;
 }
 
-/// Writes the current dataset. True if all of it is in the file.
-bool Export(CIEData& job, const TIEFormatRow& row, const CString& strFile)
+/// Writes the current dataset.
+EIEResult Export(CIEData& job, const TIEFormatRow& row, const CString& strFile)
+{
+    const EIEResult eResult = CreateExporter(&job, strFile, row.m_nCode)->Export();
+    Require(eResult == IE_OK || eResult == IE_VALUE_TOO_WIDE || eResult == IE_NOTHING_TO_EXPORT,
+            "an export of an imported job ends in one of three results");
+    return eResult;
+}
+
+/// True if all of the dataset is in the file.
+bool ExportWhole(CIEData& job, const TIEFormatRow& row, const CString& strFile)
 {
     CIELedger ledger;
     job.SetObserver(&ledger);
-    const EIEResult eResult = CreateExporter(&job, strFile, row.m_nCode)->Export();
+    const EIEResult eResult = Export(job, row, strFile);
     job.SetObserver(nullptr);
-    Require(eResult == IE_OK || eResult == IE_VALUE_TOO_WIDE || eResult == IE_NOTHING_TO_EXPORT,
-            "an export of an imported job ends in one of three results");
     return eResult == IE_OK && ledger.IsEmpty();
 }
 
@@ -98,7 +105,7 @@ void CheckWayBack(CIEData& job)
         return;
     static const std::string strFirst = Scratch::MakePath("first");
     static const std::string strSecond = Scratch::MakePath("second");
-    if (!Export(job, *pExport, strFirst))
+    if (!ExportWhole(job, *pExport, strFirst))
         return;
 
     CIEData again;
