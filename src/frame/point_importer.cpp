@@ -1,6 +1,7 @@
 #include "frame/point_importer.h"
 
 #include "frame/delimited_text.h"
+#include "frame/line_joiner.h"
 #include "vellumlib/utils.h"
 
 namespace {
@@ -31,17 +32,6 @@ bool ParseHeader(std::string_view line, TIEAsciiFormat& format)
     return true;
 }
 
-bool HaveSameCodes(const CIEObject& left, const CIEObject& right)
-{
-    if (left.GetNumberOfCodes() != right.GetNumberOfCodes())
-        return false;
-    for (int i = 0; i < left.GetNumberOfCodes(); ++i) {
-        if (!(*left.GetCode(i) == *right.GetCode(i)))
-            return false;
-    }
-    return true;
-}
-
 } // namespace
 
 EIEResult CIEPointImporter::Import()
@@ -60,10 +50,10 @@ EIEResult CIEPointImporter::ImportFile(CIETextFile& file)
 {
     EIEResult eResult = IE_OK;
     bool bAnyObject = false;
-    m_pOpenLine = nullptr;
     TakeHeader(file);
     CIEDataset* const pDataset = m_pData->AddDataset(std::make_unique<CIEDataset>("Import dataset"));
 
+    CIELineJoiner joiner(*pDataset);
     CIEMemoryCheck memory;
     std::string_view line;
     while (!CIEData::m_bStopProcess) {
@@ -92,10 +82,10 @@ EIEResult CIEPointImporter::ImportFile(CIETextFile& file)
             Note(TIENote::Changed, "line.bad-characters", m_nLine, pObject->GetName(),
                  "bytes without a meaning in " + file.GetEncoding() + " became U+FFFD");
         bAnyObject = true;
-        Join(*pDataset, std::move(pObject));
+        Join(joiner, std::move(pObject));
     }
     if (!CIEData::m_bStopProcess)
-        CloseLine(*pDataset);
+        joiner.Close();
     NoteRest(file);
     Progress(file);
     if (bAnyObject)
@@ -132,45 +122,12 @@ void CIEPointImporter::NoteRest(CIETextFile& file)
     }
 }
 
-void CIEPointImporter::Join(CIEDataset& dataset, std::unique_ptr<CIEObject> pObject)
+void CIEPointImporter::Join(CIELineJoiner& joiner, std::unique_ptr<CIEObject> pObject)
 {
-    if (m_pOpenLine) {
-        if (pObject->GetName() == m_pOpenLine->GetName()) {
-            ExtendLine(*pObject);
-            return;
-        }
-        CloseLine(dataset);
-    } else if (!pObject->GetName().empty()) {
-        const int nLast = dataset.GetNumberOfElements(-1, 2, false, false) - 1;
-        const CIEObject* const pLast = dataset.GetObjectAt(nLast);
-        if (pLast && pLast->GetGroupType() == CIEObject::PointLike && pLast->GetName() == pObject->GetName()) {
-            auto pLine = std::make_unique<CIEPolyLine>();
-            pLine->SetName(pObject->GetName());
-            pLine->AddStation(*pLast->GetStation(0));
-            pLine->copyCodesData(*pLast);
-            m_pOpenLine = pLine.get();
-            ExtendLine(*pObject);
-            dataset.RemoveObject(nLast);
-            dataset.Add(std::move(pLine));
-            return;
-        }
-    }
-    dataset.Add(std::move(pObject));
-}
-
-void CIEPointImporter::ExtendLine(const CIEObject& object)
-{
-    m_pOpenLine->AddStation(*object.GetStation(0));
-    if (m_pData->GetObserver() && !HaveSameCodes(object, *m_pOpenLine))
-        Note(TIENote::Changed, "line.codes", m_nLine, object.GetName(),
+    const CString strName = m_pData->GetObserver() ? pObject->GetName() : CString();
+    if (!joiner.Add(std::move(pObject)))
+        Note(TIENote::Changed, "line.codes", m_nLine, strName,
              "this station joined a line, which keeps the codes of its first station");
-}
-
-void CIEPointImporter::CloseLine(CIEDataset& dataset)
-{
-    if (m_pOpenLine && m_pOpenLine->IsClosed())
-        dataset.TransformLineToPolygon(m_pOpenLine);
-    m_pOpenLine = nullptr;
 }
 
 CString CIEPointImporter::Excerpt(std::string_view text)

@@ -6,6 +6,8 @@
 
 #include <string_view>
 
+class CIELineJoiner;
+
 /// Reads lines by the layout in the settings, or in the file's own header line, which then replaces the one in the
 /// settings. Consecutive lines of one name make a polyline, a closed one becomes a polygon. Coordinates stand in the
 /// job's units. The first blank line is the end of the data.
@@ -46,13 +48,10 @@ private:
                                                                       const TAttributes& attributes) const;
     void TakeHeader(CIETextFile& file);
     void NoteRest(CIETextFile& file);
-    void Join(CIEDataset& dataset, std::unique_ptr<CIEObject> pObject);
-    void ExtendLine(const CIEObject& object);
-    void CloseLine(CIEDataset& dataset);
+    void Join(CIELineJoiner& joiner, std::unique_ptr<CIEObject> pObject);
     bool SetField(int nField, std::string_view text, CIEStation& station);
 
-    CIEPolyLine* m_pOpenLine = nullptr; // belongs to the dataset
-    std::int64_t m_nLine = 0;           // the line being read, for notes
+    std::int64_t m_nLine = 0; // the line being read, for notes
     const char* m_pRefusalCode = "";
     CString m_strRefusal;
     std::vector<std::string_view> m_FieldTexts; // fields of the line being read
