@@ -75,6 +75,12 @@ CIECodeDescription* CIEData::AddCodeToIEDataDictionary(std::unique_ptr<CIECodeDe
     return m_pDataDictionary->AddCodeDescription(std::move(pCode));
 }
 
+CIECodeDescription* CIEData::TakeCode(std::string_view name)
+{
+    CIECodeDescription* const pThere = m_pDataDictionary->FindCodeDiscription(name);
+    return pThere ? pThere : AddCodeToIEDataDictionary(std::make_unique<CIECodeDescription>(CString(name)));
+}
+
 void CIEData::AttachIERoadTemplatesDictionary(std::unique_ptr<CIERoadTemplatesDictionary> pTemplates)
 {
     if (m_pTemplates)

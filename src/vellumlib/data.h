@@ -55,6 +55,8 @@ public:
     [[nodiscard]] CIEDataDictionary* GetIEDataDictionary() const { return m_pDataDictionary.get(); }
     /// Adds a code to the dictionary and gives it back; a name that is there already gives that one.
     CIECodeDescription* AddCodeToIEDataDictionary(std::unique_ptr<CIECodeDescription> pCode);
+    /// The dictionary's code of that name; one without attributes is added if it has none.
+    CIECodeDescription* TakeCode(std::string_view name);
     /// Never null.
     [[nodiscard]] CIEDrawDictionary* GetIEDrawDictionary() const { return m_pDrawDictionary.get(); }
     /// Null if the job has none.

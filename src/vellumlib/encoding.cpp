@@ -1,5 +1,7 @@
 #include "vellumlib/encoding.h"
 
+#include "vellumlib/utils.h"
+
 #include <algorithm>
 #include <cerrno>
 
@@ -19,6 +21,16 @@ std::size_t UnfinishedTail(std::string_view text)
             return CalledFor(text[text.size() - nBack]) > nBack ? nBack : 0;
     }
     return 0;
+}
+
+void AppendMended(CString& out, std::string_view text)
+{
+    while (!text.empty()) {
+        const std::string_view character = text.substr(0, CalledFor(text[0]));
+        const bool bValid = IEUtils::IsValidUtf8(character);
+        out.append(bValid ? character : kReplacement);
+        text.remove_prefix(bValid ? character.size() : 1);
+    }
 }
 
 bool CConverter::Open(const CString& to, const CString& from)

@@ -10,10 +10,14 @@
 
 namespace Encoding {
 
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD"; ///< U+FFFD, for what has no meaning
+
 /// Bytes that the first byte of a UTF-8 character calls for.
 std::size_t CalledFor(char c);
 /// Bytes at the end of a text that begin a UTF-8 character and lack the rest of it; at most 3.
 std::size_t UnfinishedTail(std::string_view text);
+/// Appends the text with every byte that isn't UTF-8 as U+FFFD.
+void AppendMended(CString& out, std::string_view text);
 
 /// Converts between encodings.
 class CConverter {

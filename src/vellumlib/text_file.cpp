@@ -6,13 +6,12 @@
 #include <algorithm>
 #include <cstring>
 
-using Encoding::CalledFor;
+using Encoding::AppendMended;
 using Encoding::CConverter;
+using Encoding::kReplacement;
 using Encoding::UnfinishedTail;
 
 namespace {
-
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD"; // U+FFFD
 
 /// True for ASCII without the character that begins a switch to another set of characters.
 bool IsUnswitchedAscii(std::string_view text)
@@ -21,17 +20,6 @@ bool IsUnswitchedAscii(std::string_view text)
     for (char c : text)
         all = static_cast<unsigned char>(all | static_cast<unsigned char>(c));
     return all < 0x80 && text.find('\x1B') == std::string_view::npos;
-}
-
-/// Appends the text with every byte that isn't UTF-8 as U+FFFD.
-void AppendMended(CString& out, std::string_view text)
-{
-    while (!text.empty()) {
-        const std::string_view character = text.substr(0, CalledFor(text[0]));
-        const bool bValid = IEUtils::IsValidUtf8(character);
-        out.append(bValid ? character : kReplacement);
-        text.remove_prefix(bValid ? character.size() : 1);
-    }
 }
 
 /// True if text in the encoding can be cut at the bytes of line ends and its ASCII characters are those of ASCII;

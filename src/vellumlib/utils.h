@@ -32,6 +32,11 @@ ALIDADE_API void ParseValues(std::string_view text, CStringArray& out, char16_t 
 /// The same as used for SIMA lines, where every comma splits.
 ALIDADE_API void ParseValuesForSIMAFormat(std::string_view text, CStringArray& out, char16_t cDelimiter,
                                           std::string_view quotes);
+/// The same as used for framed comma lists, whose names may hold anything but the delimiter: every delimiter splits.
+ALIDADE_API void ParseValuesForAPAFormat(std::string_view text, CStringArray& out, char16_t cDelimiter,
+                                         std::string_view quotes);
+/// Fields between delimiters that all split, as views of `text`, for the readers of long lists.
+ALIDADE_API void ParseValues(std::string_view text, std::vector<std::string_view>& out, char16_t cDelimiter);
 /// Fields between delimiters; a delimiter within double quotes doesn't split. A quote opens only at the start of a
 /// field or behind a blank, "=", "&", "@", "(" or "#", and only if it closes again on the line, so that an inch or
 /// second mark behind its number is a character like any other. With a blank as delimiter, a run of blanks is one
@@ -49,6 +54,8 @@ ALIDADE_API std::string_view TrimRight(std::string_view text);
 // ---- characters: one is a code point, and a cut never splits one
 
 ALIDADE_API int Length(std::string_view text);
+/// The same, for forms whose columns were counted in 8-bit text: a character of several bytes is one column.
+ALIDADE_API int GetMBCSLength(std::string_view text);
 /// The first `nCount` characters, all of them if there are fewer.
 ALIDADE_API std::string_view Left(std::string_view text, int nCount);
 ALIDADE_API std::string_view Right(std::string_view text, int nCount);
@@ -78,6 +85,10 @@ ALIDADE_API double StringToDouble(std::string_view text, bool bEmptyIsZero = fal
 /// The same for whole numbers of 32 bits.
 ALIDADE_API bool StringToInt(std::string_view text, int& nValue);
 ALIDADE_API int StringToInt(std::string_view text);
+/// Whether StringToInt reads the text.
+ALIDADE_API bool IsValidInteger(std::string_view text);
+/// Whether a value lies from `dLeast` to `dMost`; a value that isn't a number doesn't.
+ALIDADE_API bool IsInBorders(double dValue, double dLeast, double dMost);
 /// `nDecimals` digits behind the point, at most 40, rounded to nearest from the exact binary value; never "-0". With -1
 /// decimals the shortest text without an exponent that reads back as the same value. A value that isn't finite is "0"
 /// with its decimals.

@@ -194,6 +194,17 @@ bool StringToInt(std::string_view text, int& nValue)
     return bTaken;
 }
 
+bool IsValidInteger(std::string_view text)
+{
+    int nValue = 0;
+    return StringToInt(text, nValue);
+}
+
+bool IsInBorders(double dValue, double dLeast, double dMost)
+{
+    return dValue >= dLeast && dValue <= dMost;
+}
+
 int StringToInt(std::string_view text)
 {
     int nValue = 0;

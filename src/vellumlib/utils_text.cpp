@@ -213,6 +213,18 @@ void ParseValuesForSIMAFormat(std::string_view text, CStringArray& out, char16_t
     ParseValues(text, out, cDelimiter, {});
 }
 
+void ParseValuesForAPAFormat(std::string_view text, CStringArray& out, char16_t cDelimiter, std::string_view)
+{
+    ParseValues(text, out, cDelimiter, {});
+}
+
+void ParseValues(std::string_view text, std::vector<std::string_view>& out, char16_t cDelimiter)
+{
+    CViewSink sink(out);
+    if (!text.empty())
+        SplitPlain(text, CharToString(cDelimiter), sink);
+}
+
 void ParseValuesInQuotes(std::string_view text, CStringArray& out, char16_t cDelimiter)
 {
     CFieldSink sink(out);
@@ -259,6 +271,11 @@ int Length(std::string_view text)
         return 0;
     const auto count = 1 + std::count_if(text.begin() + 1, text.end(), [](char c) { return !IsContinuation(c); });
     return static_cast<int>(std::min<std::ptrdiff_t>(count, INT_MAX));
+}
+
+int GetMBCSLength(std::string_view text)
+{
+    return Length(text);
 }
 
 std::string_view Left(std::string_view text, int nCount)
