@@ -95,7 +95,7 @@ ALIDADE_API bool IsInBorders(double dValue, double dLeast, double dMost);
 ALIDADE_API CString DoubleToString(double dValue, int nDecimals);
 ALIDADE_API void AppendDouble(CString& out, double dValue, int nDecimals);
 ALIDADE_API CString IntToString(std::int64_t nValue);
-/// The value to print with three decimals: 0 where that would print as minus zero, else the value itself.
+/// The value to print: 0 for minus zero and for less than half a thousandth of a millionth, else the value itself.
 ALIDADE_API double CheckZeroVal(double dValue);
 
 // ---- distances

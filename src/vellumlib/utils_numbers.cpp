@@ -247,8 +247,8 @@ CString IntToString(std::int64_t nValue)
 
 double CheckZeroVal(double dValue)
 {
-    // the double 0.0005 lies a little above one half of the last decimal and prints as 0.001
-    return dValue <= 0 && dValue > -0.0005 ? 0.0 : dValue;
+    constexpr double kNothing = 5e-10; // half of the finest decimal that a form writes
+    return dValue < kNothing && dValue > -kNothing ? 0.0 : dValue;
 }
 
 double ToMetersFactor(double dValue, EDIST_UNITS units)

@@ -215,12 +215,13 @@ TEST(UtilsNumbers, RoundingIsThatOfTheExactValue)
 
 TEST(UtilsNumbers, MinusZeroDoesNotPrint)
 {
-    EXPECT_EQ(IEUtils::CheckZeroVal(-0.0005), -0.0005);
-    EXPECT_EQ(IEUtils::CheckZeroVal(0.0001), 0.0001);
-    for (double dValue : {-0.0, -1e-300, -0.0004, std::nextafter(-0.0005, 0)}) {
+    for (const double dValue : {-0.0005, -0.0004, 0.0001, -6e-10})
+        EXPECT_EQ(IEUtils::CheckZeroVal(dValue), dValue);
+    for (const double dValue : {-0.0, -1e-300, -4e-10}) {
         EXPECT_EQ(IEUtils::CheckZeroVal(dValue), 0);
         EXPECT_FALSE(std::signbit(IEUtils::CheckZeroVal(dValue)));
     }
+    EXPECT_EQ(IEUtils::DoubleToString(IEUtils::CheckZeroVal(-0.0004), 3), "0.000");
 }
 
 TEST(UtilsNumbers, UnitsAreExact)
