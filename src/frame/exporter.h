@@ -37,6 +37,8 @@ protected:
     /// Tells the host what of an object a form with these EIECarries bits doesn't hold: the object itself, its codes,
     /// its layer ...
     void NoteLosses(const CIEObject& object) const;
+    /// Whether the form can hold all of these EIECarries bits.
+    [[nodiscard]] bool Carries(unsigned nBits) const { return (m_nCarries & nBits) == nBits; }
 
     CIEData* m_pData; // not owned
     CString m_strFileName;

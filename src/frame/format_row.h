@@ -26,7 +26,7 @@ enum EIECarries : unsigned {
     CARRIES_TEMPLATES = 1U << 6,
     CARRIES_RAW_DATA = 1U << 7,
     CARRIES_CODES = 1U << 8,      ///< the names of the codes of an object
-    CARRIES_ATTRIBUTES = 1U << 9, ///< their values
+    CARRIES_ATTRIBUTES = 1U << 9, ///< values of their attributes
     CARRIES_LAYERS = 1U << 10,
     CARRIES_NOTES = 1U << 11,
     CARRIES_LOCALIZATION = 1U << 12,
@@ -36,6 +36,9 @@ enum EIECarries : unsigned {
     CARRIES_TIME_STAMPS = 1U << 16,
     CARRIES_POINT_KINDS = 1U << 17, ///< a point-to-line point or a GPS position comes back as one
     CARRIES_DATASETS = 1U << 18,    ///< the datasets of one file come back apart, with their names
+    CARRIES_CODE_STRINGS = 1U << 24,
+    CARRIES_CONTROL_CODES = 1U << 25,
+    CARRIES_RELATIVE_POINTS = 1U << 26, ///< a point-to-line point comes back as one
 };
 
 /// How surely a file's first bytes are of a form.

@@ -49,15 +49,18 @@ const char* WordFor(const CIEObject& object)
     return "point";
 }
 
-bool HasAttributes(const CIEObject& object)
+/// Whether the codes say more than names, and a form doesn't hold it.
+bool LosesAttributes(const CIEObject& object, unsigned nCarries)
 {
     for (int i = 0; const CIECodeValues* const pCode = object.GetCode(i); ++i) {
-        for (int j = 0; j < pCode->GetNumberOfAttrs(); ++j) {
+        for (int j = 0; !(nCarries & CARRIES_ATTRIBUTES) && j < pCode->GetNumberOfAttrs(); ++j) {
             if (!pCode->GetAttrAt(j).empty())
                 return true;
         }
-        if (pCode->GetNumberOfCodeStrings() > 0 || !pCode->GetControlCode(0).empty() ||
-            !pCode->GetControlCode(1).empty())
+        if (!(nCarries & CARRIES_CODE_STRINGS) && pCode->GetNumberOfCodeStrings() > 0)
+            return true;
+        if (!(nCarries & CARRIES_CONTROL_CODES) &&
+            !(pCode->GetControlCode(0).empty() && pCode->GetControlCode(1).empty()))
             return true;
     }
     return false;
@@ -150,7 +153,7 @@ void NoteObject(const CIEData& job, const CString& strFile, const CIEObject& obj
     }
     if (object.GetNumberOfCodes() > 0 && !(nCarries & CARRIES_CODES))
         notes.AddLeftOut("object.codes", strName, "the form doesn't hold the codes of this " + strWord);
-    else if (!(nCarries & CARRIES_ATTRIBUTES) && HasAttributes(object))
+    else if (LosesAttributes(object, nCarries))
         notes.AddLeftOut("object.attributes", strName,
                          "the form doesn't hold all that the codes of this " + strWord + " say");
     if (object.GetLayer() && !(nCarries & CARRIES_LAYERS))
@@ -160,9 +163,9 @@ void NoteObject(const CIEData& job, const CString& strFile, const CIEObject& obj
         if (!(nCarries & loss.m_nCarries) && HasInStations(object, loss))
             notes.Add(loss.m_eKind, loss.m_pCode, strName, loss.m_pReason + strWord);
     }
-    const bool bSpecial =
-        object.GetType() == EIEObjectsType::PTLPoint || object.GetType() == EIEObjectsType::GPSPosition;
-    if (bSpecial && !(nCarries & CARRIES_POINT_KINDS))
+    const bool bRelative =
+        object.GetType() == EIEObjectsType::PTLPoint && !(nCarries & (CARRIES_POINT_KINDS | CARRIES_RELATIVE_POINTS));
+    if (bRelative || (object.GetType() == EIEObjectsType::GPSPosition && !(nCarries & CARRIES_POINT_KINDS)))
         notes.Add(TIENote::Changed, "object.point-kind", strName,
                   "the form holds this " + strWord + " as a plain point");
 }

@@ -19,6 +19,8 @@ constexpr std::pair<unsigned, std::string_view> kWords[] = {
     {CARRIES_RAW_DATA, "raw data"},
     {CARRIES_CODES, "codes"},
     {CARRIES_ATTRIBUTES, "attributes"},
+    {CARRIES_CODE_STRINGS, "code strings"},
+    {CARRIES_CONTROL_CODES, "control codes"},
     {CARRIES_LAYERS, "layers"},
     {CARRIES_NOTES, "notes"},
     {CARRIES_LOCALIZATION, "localization"},
@@ -27,6 +29,7 @@ constexpr std::pair<unsigned, std::string_view> kWords[] = {
     {CARRIES_GEOID_HEIGHTS, "geoid heights"},
     {CARRIES_TIME_STAMPS, "time stamps"},
     {CARRIES_POINT_KINDS, "kinds of points"},
+    {CARRIES_RELATIVE_POINTS, "point-to-line points"},
     {CARRIES_DATASETS, "datasets"},
 };
 

@@ -171,7 +171,7 @@ unsigned CIEDelimitedExporter::CarriedByLayout() const
             nCarries |= CARRIES_CODES;
         // what a field of attributes or of strings alone leaves out shows when the line is read back
         if (IEAsciiFields::IsCodes(field) && field != IEAsciiFields::Codes)
-            nCarries |= CARRIES_ATTRIBUTES;
+            nCarries |= CARRIES_ATTRIBUTES | CARRIES_CODE_STRINGS | CARRIES_CONTROL_CODES;
         if (field == IEAsciiFields::Notes)
             nCarries |= CARRIES_NOTES;
         if (field == IEAsciiFields::GeoidHeight)

@@ -1,9 +1,15 @@
 #include "formats/points/formats.h"
 
+#include "formats/points/column_points.h"
+#include "formats/points/comma_points.h"
 #include "formats/points/delimited.h"
+#include "formats/points/fixed_columns.h"
+#include "formats/points/framed_points.h"
 #include "formats/points/recognize.h"
 #include "formats/points/sima.h"
 #include "frame/point_importer.h"
+
+#include <type_traits>
 
 namespace {
 
@@ -12,10 +18,13 @@ constexpr auto kOut = EIEDirection::Export;
 
 constexpr unsigned kPoints = kSimaCarries;
 constexpr unsigned kCoded = CARRIES_POINTS | CARRIES_CODES;
+constexpr unsigned kStrings = kCoded | CARRIES_CODE_STRINGS;
+constexpr unsigned kControls = kStrings | CARRIES_CONTROL_CODES;
 constexpr unsigned kNoted = CARRIES_POINTS | CARRIES_CODES | CARRIES_NOTES;
 /// points, and lines told by a name that several records in a row share
 constexpr unsigned kJoined = CARRIES_POINTS | CARRIES_LINES | CARRIES_POLYGONS;
-constexpr unsigned kDelimited = kJoined | CARRIES_CODES | CARRIES_ATTRIBUTES | CARRIES_NOTES | CARRIES_GEOID_HEIGHTS;
+constexpr unsigned kDelimited = kJoined | CARRIES_CODES | CARRIES_ATTRIBUTES | CARRIES_CODE_STRINGS |
+                                CARRIES_CONTROL_CODES | CARRIES_NOTES | CARRIES_GEOID_HEIGHTS;
 
 std::unique_ptr<CIEImporter> ReadDelimited(CIEData* pData, const CString& strFileName, int)
 {
@@ -37,6 +46,25 @@ template <bool bNumbersOnly>
 std::unique_ptr<CIEExporter> WriteSima(CIEData* pData, const CString& strFileName, int)
 {
     return std::make_unique<CSimaPtExporterJ>(pData, strFileName, bNumbersOnly);
+}
+
+/// Classes of a family are told the code, those of a single form aren't.
+template <class TImporter>
+std::unique_ptr<CIEImporter> Read(CIEData* pData, const CString& strFileName, int nCode)
+{
+    if constexpr (std::is_constructible_v<TImporter, CIEData*, const CString&, int>)
+        return std::make_unique<TImporter>(pData, strFileName, nCode);
+    else
+        return std::make_unique<TImporter>(pData, strFileName);
+}
+
+template <class TExporter>
+std::unique_ptr<CIEExporter> Write(CIEData* pData, const CString& strFileName, int nCode)
+{
+    if constexpr (std::is_constructible_v<TExporter, CIEData*, const CString&, int>)
+        return std::make_unique<TExporter>(pData, strFileName, nCode);
+    else
+        return std::make_unique<TExporter>(pData, strFileName);
 }
 
 // clang-format off
@@ -71,56 +99,87 @@ constexpr TIEFormatRow kRows[] = {
      nullptr, WriteSima<true>},
 
     {kIn,   7, "columns-001",         "Fixed columns, records marked 001",                          "txt", kJoined | CARRIES_NOTES,
-     "Name in 8 columns, north, east, height, and text to the line's end; lengths in the job's units."},
+     "Name in 8 columns, north, east, height, and text to the line's end, which becomes the note; lengths in the job's units, north and "
+     "east in decimal degrees if the job is geographic. Points in a row that share a name become a polyline. A row that can't be read is skipped.",
+     Read<CIEFixedColumnImporter>, nullptr},
     {kOut,  7, "columns-001",         "Fixed columns, records marked 001",                          "txt", kPoints,
-     "Name in 8 columns, north, east and height with 6 decimals in the job's units, and the whole name behind them."},
-    {kIn,  15, "columns-code",        "Fixed columns with code string, code and name",              "txt", kCoded,
-     "Code string, code and name in 8 columns each, then north, east and height in 14; lengths in the job's units."},
+     "Name in 8 columns, north, east and height with 6 decimals in the job's units, and the whole name behind them, from which a reader "
+     "takes the note. A number of more than 12 characters moves what follows, and the row can't be read back.",
+     nullptr, Write<CIEFixedColumnExporter>},
+    {kIn,  15, "columns-code",        "Fixed columns with code string, code and name",              "txt", kStrings,
+     "Code string, code and name in 8 columns each, then north, east and height in 14; lengths in the job's units. A bad row ends the import.",
+     Read<CIECommaPointImporter>, nullptr},
     {kOut, 13, "columns-code",        "Fixed columns with code string, code and name",              "txt", kCoded,
-     "Code string (left empty), code and name in 8 columns each, then north, east and height in 14 with 3 decimals."},
-    {kIn,  36, "columns-note",        "Fixed columns with note lines",                              "txt", kNoted,
-     "Control code, code string, code and name in 8 columns each, then north, east and height in 14; a line that begins with \"!\" "
-     "is the point's note."},
-    {kOut, 47, "columns-note",        "Fixed columns with note lines",                              "txt", kNoted,
-     "Two lines a point. Control code, code string, code and name in 8 columns each, then north, east and height in 14 with 3 "
-     "decimals; the second line is \"!\" and the note."},
-    {kIn,  45, "columns-control",     "Fixed columns with two control codes",                       "txt", kCoded,
-     "Control codes, code string, name in 7 columns, code in 3, north, east, height; lengths in the job's units."},
-    {kOut, 57, "columns-control",     "Fixed columns with two control codes",                       "txt", kCoded,
-     "Name in 7 columns, code in 3; north, east and height with 3 decimals in the job's units."},
+     "Code string (left empty), first code and name in 8 columns each, then north, east and height in 14 with 3 decimals in the job's units.",
+     nullptr, Write<CIECommaPointExporter>},
+    {kIn,  36, "columns-note",        "Fixed columns with note lines",                              "txt", kControls | CARRIES_NOTES,
+     "Control code, code string, code and name in 8 columns each, then north, east and height in 14, in the job's units; a line that "
+     "begins with \"!\" is the point's note. Every point gets a code, be its name empty. A bad row ends the import.",
+     Read<CIEColumnPointImporter>, nullptr},
+    {kOut, 47, "columns-note",        "Fixed columns with note lines",                              "txt", kControls | CARRIES_NOTES,
+     "Two lines a point. First control code, code string, code and name in 8 columns each, then north, east and height in 14 with 3 "
+     "decimals in the job's units; the second line is \"!\" and the note.",
+     nullptr, Write<CIEColumnListExporter>},
+    {kIn,  45, "columns-control",     "Fixed columns with two control codes",                       "txt", kControls,
+     "Control codes in 3 and 2 columns, code string in 4, name in 7, code in 3, north, east, height; lengths in the job's units. Every "
+     "point gets a code, be its name empty. A bad row ends the import.",
+     Read<CIEColumnPointImporter>, nullptr},
+    {kOut, 57, "columns-control",     "Fixed columns with two control codes",                       "txt", kControls,
+     "Control codes in 3 and 2 columns, code string in 4, name in 7, code in 3; north, east and height with 3 decimals in the job's units.",
+     nullptr, Write<CIEColumnListExporter>},
     {kIn,  47, "columns-05",          "Fixed columns, records marked 05",                           "txt", kNoted,
-     "Name, code, north, east, height, note; lines of other records are passed over."},
+     "Name, code, north, east, height, note; lengths in the job's units. An empty height is 999999.9 m. Lines of other records are "
+     "passed over, and so is a number that can't be read.",
+     Read<CIEColumnPointImporter>, nullptr, RecognizeMarked05},
     {kOut, 60, "columns-05",          "Fixed columns, records marked 05",                           "txt", kNoted,
-     "Name in 10 columns, code in 8, north, east and height with 3 decimals, note in 7."},
+     "Name in 10 columns, code in 8, north, east and height with 3 decimals in the job's units, note in 7. A height of 0 is left empty, "
+     "which a reader takes for none.",
+     nullptr, Write<CIEColumnListExporter>},
 
     {kIn,  10, "five-lines",          "Five lines a point",                                         "txt", kCoded,
-     "Name, north, east, height and code, each on a line of its own; lengths in the job's units."},
+     "Name, north, east, height and code, each on a line of its own; lengths in the job's units. A bad line ends the import.",
+     Read<CIECommaPointImporter>, nullptr},
     {kOut,  8, "five-lines",          "Five lines a point",                                         "txt", kCoded,
-     "Name, north, east, height and code, each on a line of its own; 5 decimals in the job's units."},
-    {kIn,  13, "comma-enh",           "Comma list: name, east, north, height, code",                "csv txt", kCoded,
-     "Lengths in the job's units. A line with seven fields or more is a point on a reference line."},
-    {kOut, 11, "comma-enh",           "Comma list: name, east, north, height, code",                "csv txt", kCoded,
-     "4 decimals in the job's units; the first code only."},
-    {kIn,  14, "comma-enh-string",    "Comma list: name, east, north, height, code, code string",   "csv txt", kCoded,
-     "Lengths in the job's units. A line with seven fields or more is a point on a reference line."},
-    {kOut, 12, "comma-enh-string",    "Comma list: name, east, north, height, code, code string",   "csv txt", kCoded,
-     "4 decimals in the job's units; the first code with its first code string."},
-    {kIn,  28, "comma-neh",           "Comma list: name, north, east, height, code",                "csv txt", kCoded,
-     "Lengths in the job's units. A line with seven fields or more is a point on a reference line."},
-    {kOut, 36, "comma-neh",           "Comma list: name, north, east, height, code",                "csv txt", kCoded,
-     "4 decimals in the job's units; the first code only."},
-    {kIn,  29, "comma-neh-string",    "Comma list: name, north, east, height, code, code string",   "csv txt", kCoded,
-     "Lengths in the job's units. A line with seven fields or more is a point on a reference line."},
-    {kOut, 37, "comma-neh-string",    "Comma list: name, north, east, height, code, code string",   "csv txt", kCoded,
-     "4 decimals in the job's units; the first code with its first code string."},
+     "Name, north, east, height and first code, each on a line of its own; 5 decimals in the job's units.",
+     nullptr, Write<CIECommaPointExporter>},
+    {kIn,  13, "comma-enh",           "Comma list: name, east, north, height, code",                "csv txt", kStrings | CARRIES_RELATIVE_POINTS,
+     "Lengths in the job's units. A height may be missing, and a code string may follow the code. A line with seven fields or more is a "
+     "point on a reference line, with north ahead of east. A bad line ends the import.",
+     Read<CIECommaPointImporter>, nullptr},
+    {kOut, 11, "comma-enh",           "Comma list: name, east, north, height, code",                "csv txt", kCoded | CARRIES_RELATIVE_POINTS,
+     "4 decimals in the job's units; the first code only. A point on a reference line has north ahead of east, and its references behind.",
+     nullptr, Write<CIECommaPointExporter>},
+    {kIn,  14, "comma-enh-string",    "Comma list: name, east, north, height, code, code string",   "csv txt", kStrings | CARRIES_RELATIVE_POINTS,
+     "The same as code 13.",
+     Read<CIECommaPointImporter>, nullptr},
+    {kOut, 12, "comma-enh-string",    "Comma list: name, east, north, height, code, code string",   "csv txt", kStrings | CARRIES_RELATIVE_POINTS,
+     "4 decimals in the job's units; the first code only, with its first code string. A point on a reference line has north ahead of east, and its references behind.",
+     nullptr, Write<CIECommaPointExporter>},
+    {kIn,  28, "comma-neh",           "Comma list: name, north, east, height, code",                "csv txt", kStrings | CARRIES_RELATIVE_POINTS,
+     "Lengths in the job's units. A height may be missing, and a code string may follow the code. A line with seven fields or more is a "
+     "point on a reference line. A bad line ends the import.",
+     Read<CIECommaPointImporter>, nullptr},
+    {kOut, 36, "comma-neh",           "Comma list: name, north, east, height, code",                "csv txt", kCoded | CARRIES_RELATIVE_POINTS,
+     "4 decimals in the job's units; the first code only. A point on a reference line has north ahead of east, and its references behind.",
+     nullptr, Write<CIECommaPointExporter>},
+    {kIn,  29, "comma-neh-string",    "Comma list: name, north, east, height, code, code string",   "csv txt", kStrings | CARRIES_RELATIVE_POINTS,
+     "The same as code 28.",
+     Read<CIECommaPointImporter>, nullptr},
+    {kOut, 37, "comma-neh-string",    "Comma list: name, north, east, height, code, code string",   "csv txt", kStrings | CARRIES_RELATIVE_POINTS,
+     "4 decimals in the job's units; the first code only, with its first code string. A point on a reference line has north ahead of east, and its references behind.",
+     nullptr, Write<CIECommaPointExporter>},
     {kIn,  38, "framed-comma",        "Comma list in a frame: G, name, north, east, height, check", "txt csv", kPoints,
-     "Between the lines \"A,01,Z,\" and \"Z,&,\". The file states no unit; the check character isn't looked at."},
+     "Between the lines \"A,01,Z,\" and \"Z,&,\". The file states no unit: values enter the job unchanged, as metres. The check character isn't looked at. A bad line ends the import.",
+     Read<CIEFramedPointImporter>, nullptr, RecognizeFramed},
     {kOut, 49, "framed-comma",        "Comma list in a frame: G, name, north, east, height, check", "txt csv", kPoints,
-     "Between the lines \"A,01,Z,\" and \"Z,&,\"; 3 decimals in the job's units, and a check character a line."},
-    {kOut, 50, "comma-neh-plain",     "Comma list: name, north, east, height",                      "csv txt", kPoints,
-     "3 decimals in the job's units, no code."},
-    {kOut, 51, "comma-neh-string-3",  "Comma list: name, north, east, height, code, code string, in 3 decimals", "csv txt", kCoded,
-     "3 decimals in the job's units; the first code with its first code string."},
+     "Between the lines \"A,01,Z,\" and \"Z,&,\"; 3 decimals in the job's units, and a check character a line. The file states no unit.",
+     nullptr, Write<CIEFramedPointExporter>},
+    {kOut, 50, "comma-neh-plain",     "Comma list: name, north, east, height",                      "csv txt", kPoints | CARRIES_RELATIVE_POINTS,
+     "3 decimals in the job's units, no code. Reads back as comma-neh.",
+     nullptr, Write<CIEFramedPointExporter>},
+    {kOut, 51, "comma-neh-string-3",  "Comma list: name, north, east, height, code, code string, in 3 decimals", "csv txt", kStrings | CARRIES_RELATIVE_POINTS,
+     "3 decimals in the job's units; the first code with its first code string. Reads back as comma-neh-string.",
+     nullptr, Write<CIEFramedPointExporter>},
 
     {kIn,  11, "block-fgh",           "Blocks of 128 characters, fields f g h with a unit letter",  "txt", kJoined | CARRIES_CODES,
      "North, east, height in thousandths of a metre or US survey foot; the same records as plain lines are read too."},

@@ -134,3 +134,19 @@ EIERecognition RecognizeDelimited(std::string_view head)
         std::any_of(kDelimiters.begin(), kDelimiters.end(), [&](char c) { return FitDelimiter(data, c); });
     return fits ? EIERecognition::Perhaps : EIERecognition::No;
 }
+
+EIERecognition RecognizeFramed(std::string_view head)
+{
+    CIEHeadLines lines(head);
+    std::string_view line;
+    return lines.Next(line) && line == "A,01,Z," ? EIERecognition::Surely : EIERecognition::No;
+}
+
+EIERecognition RecognizeMarked05(std::string_view head)
+{
+    constexpr std::size_t kHeightColumn = 49;
+    CIEHeadLines lines(head);
+    std::string_view line;
+    return lines.Next(line) && line.starts_with(" 05 ") && line.size() > kHeightColumn ? EIERecognition::Surely
+                                                                                       : EIERecognition::No;
+}

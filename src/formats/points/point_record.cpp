@@ -1,0 +1,194 @@
+#include "formats/points/point_record.h"
+
+#include "vellumlib/utils.h"
+
+#include <algorithm>
+
+namespace {
+
+/// Fields of a line that names the two ends of a reference line: name, three numbers, code, both ends.
+constexpr std::size_t kFieldsOfRelative = 7;
+constexpr std::size_t kShortFirstReference = 5; // without a field for the code string
+constexpr std::size_t kLongFirstReference = 6;
+
+bool IsAscii(std::string_view text)
+{
+    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+CString Excerpt(std::string_view text)
+{
+    constexpr int kShown = 64; // no name or number of sense is longer
+    return CString(IEUtils::Left(text, kShown));
+}
+
+} // namespace
+
+bool CIERecordReader::Read(std::string_view text, TIEPointRecord& record)
+{
+    record = {};
+    return m_Form.m_cDelimiter != '\0' ? ReadFields(text, record) : ReadColumns(text, record);
+}
+
+bool CIERecordReader::ReadFields(std::string_view text, TIEPointRecord& record)
+{
+    m_Fields.clear();
+    IEUtils::ParseValues(text, m_Fields, static_cast<char16_t>(m_Form.m_cDelimiter));
+    if (m_Fields.empty())
+        return Refuse("line.empty", "the line is empty ahead of the end of the data");
+    if (m_Fields.size() < m_Form.m_nFewestFields)
+        return Refuse("line.field-count", "it has " + IEUtils::IntToString(static_cast<int>(m_Fields.size())) +
+                                              " fields, and the form has " +
+                                              IEUtils::IntToString(static_cast<int>(m_Form.m_nFewestFields)));
+    for (const TIEPlace& place : m_Form.m_Places) {
+        const auto nField = static_cast<std::size_t>(place.m_nFirst);
+        // what a short line lacks reads as empty
+        std::string_view field = nField < m_Fields.size() ? m_Fields[nField] : std::string_view();
+        if (m_Form.m_bFirstFieldOnly)
+            field = field.substr(0, field.find(','));
+        if (!ReadPiece(place.m_ePiece, field, record))
+            return false;
+    }
+    return !m_Form.m_bRelative || m_Fields.size() < kFieldsOfRelative || ReadReferences(record);
+}
+
+/// Whatever the order of the form, north stands first in these lines.
+bool CIERecordReader::ReadReferences(TIEPointRecord& record)
+{
+    const std::size_t nFirst = m_Fields.size() > kFieldsOfRelative ? kLongFirstReference : kShortFirstReference;
+    record.m_bRelative = true;
+    record.m_FirstReference = m_Fields[nFirst];
+    record.m_SecondReference = m_Fields[nFirst + 1];
+    return ReadPiece(EIEPiece::North, m_Fields[1], record) && ReadPiece(EIEPiece::East, m_Fields[2], record);
+}
+
+bool CIERecordReader::ReadColumns(std::string_view text, TIEPointRecord& record)
+{
+    const bool bAscii = IsAscii(text); // its columns are its bytes
+    text =
+        bAscii ? text.substr(0, static_cast<std::size_t>(m_Form.m_nColumns)) : IEUtils::Left(text, m_Form.m_nColumns);
+    for (const TIEPlace& place : m_Form.m_Places) {
+        const auto nFirst = std::min(static_cast<std::size_t>(place.m_nFirst), text.size());
+        const std::string_view field =
+            bAscii ? IEUtils::Trim(text.substr(nFirst, static_cast<std::size_t>(place.m_nWidth)))
+                   : IEUtils::Column(text, place.m_nFirst, place.m_nWidth);
+        if (!ReadPiece(place.m_ePiece, field, record))
+            return false;
+    }
+    return true;
+}
+
+bool CIERecordReader::ReadPiece(EIEPiece ePiece, std::string_view text, TIEPointRecord& record)
+{
+    switch (ePiece) {
+    case EIEPiece::Name:
+        if (m_Form.m_eName == TIEReadForm::Any || IEUtils::IsValidName(text))
+            record.m_Name = text;
+        else if (m_Form.m_eName == TIEReadForm::MustBeValid)
+            return Refuse("line.name", "\"" + Excerpt(text) + "\" can't name a point");
+        return true;
+    case EIEPiece::North:
+        return ReadNumber(text, false, "north", record.m_dNorth);
+    case EIEPiece::East:
+        return ReadNumber(text, false, "east", record.m_dEast);
+    case EIEPiece::Height:
+    case EIEPiece::HeightUnlessZero:
+        return ReadHeight(text, record);
+    case EIEPiece::Code:
+        record.m_Code = text;
+        record.m_bCode = m_Form.m_bAlwaysCode || !text.empty();
+        return true;
+    case EIEPiece::CodeString:
+        record.m_CodeString = text;
+        return true;
+    case EIEPiece::ControlCode0:
+        record.m_ControlCodes[0] = text;
+        return true;
+    case EIEPiece::ControlCode1:
+        record.m_ControlCodes[1] = text;
+        return true;
+    case EIEPiece::Notes:
+        record.m_Notes = text;
+        return true;
+    case EIEPiece::FirstReference:
+        record.m_FirstReference = text;
+        return true;
+    case EIEPiece::SecondReference:
+        record.m_SecondReference = text;
+        return true;
+    case EIEPiece::Literal:
+    case EIEPiece::Check:
+        break; // mean nothing to a reader
+    }
+    return true;
+}
+
+bool CIERecordReader::ReadHeight(std::string_view text, TIEPointRecord& record)
+{
+    if (text.empty() && m_Form.m_dMissingHeight != 0.0) {
+        record.m_dHeight = m_Form.m_dMissingHeight;
+        return true;
+    }
+    if (text.empty() && (m_Form.m_bHeightMayLack || m_Form.m_eNumbers == TIEReadForm::WithoutUnits)) {
+        record.m_bHeight = !m_Form.m_bHeightMayLack;
+        return true;
+    }
+    return ReadNumber(text, true, "height", record.m_dHeight);
+}
+
+bool CIERecordReader::ReadNumber(std::string_view text, bool bHeight, const char* pWhat, double& dValue)
+{
+    bool bOk = true;
+    double dRead = 0.0;
+    const bool bDegrees =
+        m_Form.m_eNumbers == TIEReadForm::Coordinates && !bHeight && m_Info.GetCSType() == TIEJobInfo::Geographic;
+    if (bDegrees || m_Form.m_eNumbers == TIEReadForm::WithoutUnits)
+        bOk = IEUtils::StringToDouble(text, dRead, false);
+    else
+        dRead = IEUtils::StringByStyleToDist(m_Info.GetDistUnits(), text, bOk);
+    if (bOk)
+        dValue = dRead;
+    if (bOk || m_Form.m_eNumbers == TIEReadForm::LengthsIfValid ||
+        (bHeight && m_Form.m_eNumbers == TIEReadForm::WithoutUnits))
+        return true;
+    return Refuse("line.number", CString("its ") + pWhat + " \"" + Excerpt(text) + "\" can't be read");
+}
+
+bool CIERecordReader::Refuse(const char* pCode, CString strReason)
+{
+    m_pRefusalCode = pCode;
+    m_strRefusal = std::move(strReason);
+    return false;
+}
+
+std::unique_ptr<CIEObject> CIERecordReader::MakePoint(CIEData& job, const TIEPointRecord& record)
+{
+    CIEStation station(record.m_dNorth, record.m_dEast, record.m_dHeight);
+    station.SetName(CString(record.m_Name));
+    if (!record.m_bHeight)
+        station.SetHeightUndefined();
+    if (!record.m_Notes.empty())
+        station.SetNotes(CString(record.m_Notes));
+
+    std::unique_ptr<CIEDesignPoint> pPoint;
+    if (record.m_bRelative) {
+        auto pRelative = std::make_unique<CIEPTLPoint>(std::move(station));
+        pRelative->SetPTLParams(CString(record.m_FirstReference), CString(record.m_SecondReference),
+                                CIEPTLPoint::PointToLine);
+        pPoint = std::move(pRelative);
+    } else {
+        pPoint = std::make_unique<CIEDesignPoint>(std::move(station));
+    }
+    if (!record.m_bCode)
+        return pPoint;
+
+    CIECodeValues code(job.TakeCode(record.m_Code));
+    for (int i = 0; i < CIECodeValues::kControlCodes; ++i) {
+        if (!record.m_ControlCodes[i].empty())
+            code.SetControlCode(i, CString(record.m_ControlCodes[i]));
+    }
+    if (!record.m_CodeString.empty())
+        code.AddCodeString(CString(record.m_CodeString));
+    pPoint->AddCode(std::move(code));
+    return pPoint;
+}

@@ -1,0 +1,108 @@
+#include "formats/points/record_importer.h"
+
+#include "vellumlib/utils.h"
+
+CIERecordImporter::CIERecordImporter(CIEData* pData, CString strFileName, const TIEReadForm& form)
+    : CIEImporter(pData, std::move(strFileName)),
+      m_Reader(form, *pData->GetJobInfo()),
+      m_dMissingHeight(form.m_dMissingHeight)
+{
+}
+
+EIEResult CIERecordImporter::Import()
+{
+    CIETextFile file;
+    if (!file.Open(m_strFileName, m_pData->GetSettings().m_strCodePage))
+        return IE_CANNOT_OPEN_FILE;
+    CIEDataset* const pDataset = m_pData->AddDataset(std::make_unique<CIEDataset>("Import dataset"));
+    const EIEResult eResult = ReadLines(file, *pDataset);
+    if (file.HasFailed())
+        Note(TIENote::Refused, "file.read-failed", file.GetLineNumber() + 1, {}, "the rest of the file can't be read");
+    Progress(file);
+    return eResult;
+}
+
+EIEResult CIERecordImporter::ReadLines(CIETextFile& file, CIEDataset& dataset)
+{
+    constexpr std::int64_t kLinesBetweenReports = 1000;
+    const std::uint64_t nLength = file.GetLength();
+    EIEResult eResult = IE_NOTHING_DONE;
+    std::string_view line;
+    while (!CIEData::m_bStopProcess) {
+        const bool bRead = file.ReadLine(line);
+        if (!bRead)
+            line = {};
+        m_bAtEnd = !bRead || file.GetPosition() == nLength;
+        if (line.empty() && m_bAtEnd && !AwaitsLine()) {
+            NoteEnd();
+            break;
+        }
+        m_nLine = file.GetLineNumber();
+        if (file.WasCut()) {
+            Refuse(m_nLine, {}, "line.too-long", "the line is longer than any record can be");
+            return IE_BAD_CONTENT;
+        }
+        m_pPoint.reset();
+        const EAnswer eAnswer = TakeLine(line);
+        if (m_pPoint) {
+            if (file.WasMended())
+                Note(TIENote::Changed, "line.bad-characters", m_nLine, m_pPoint->GetName(),
+                     "bytes without a meaning in " + file.GetEncoding() + " became U+FFFD");
+            dataset.Add(std::move(m_pPoint));
+        }
+        if (eAnswer == Refused)
+            return IE_BAD_CONTENT;
+        if (eAnswer == NotOurs)
+            return eResult;
+        if (eAnswer != Passed)
+            eResult = IE_OK;
+        if (eAnswer == Closed) {
+            NoteRest(file);
+            break;
+        }
+        if (m_nLine % kLinesBetweenReports == 0)
+            Progress(file);
+    }
+    return eResult;
+}
+
+void CIERecordImporter::NoteRest(CIETextFile& file) const
+{
+    std::string_view line;
+    while (m_pData->GetObserver() && file.ReadLine(line)) {
+        if (!IEUtils::Trim(line).empty()) {
+            Note(TIENote::LeftOut, "line.behind-end", file.GetLineNumber(), {},
+                 "the data ended ahead of this line; nothing from here on was read");
+            return;
+        }
+    }
+}
+
+CIERecordImporter::EAnswer CIERecordImporter::TakeRecord(std::string_view text, std::int64_t nLine)
+{
+    TIEPointRecord record;
+    if (!m_Reader.Read(text, record))
+        return RefuseRecord(nLine, record.m_Name);
+    TakePoint(record, nLine);
+    return Taken;
+}
+
+void CIERecordImporter::TakePoint(const TIEPointRecord& record, std::int64_t nLine)
+{
+    m_pPoint = CIERecordReader::MakePoint(*m_pData, record);
+    if (m_dMissingHeight != 0.0 && record.m_dHeight == m_dMissingHeight)
+        Note(TIENote::Changed, "line.height", nLine, m_pPoint->GetName(),
+             "it has no height; " + IEUtils::DoubleToString(m_dMissingHeight, -1) + " m stands for that");
+}
+
+CIERecordImporter::EAnswer CIERecordImporter::Refuse(std::int64_t nLine, CString strName, const char* pCode,
+                                                     CString strReason) const
+{
+    Note(TIENote::Refused, pCode, nLine, std::move(strName), std::move(strReason));
+    return Refused;
+}
+
+CIERecordImporter::EAnswer CIERecordImporter::RefuseRecord(std::int64_t nLine, std::string_view name) const
+{
+    return Refuse(nLine, CString(name), m_Reader.GetRefusalCode(), m_Reader.GetRefusal());
+}
