@@ -1,8 +1,8 @@
 // One import or one export through the library in a process of its own, to be compared with the floor program.
 //
-//   alidade_points read FILE          imports delimited text
-//   alidade_points write FILE COUNT   exports it
-//   alidade_points memory COUNT       bytes that plain points take
+//   alidade_points read FILE [CODE]          imports delimited text, or the form of that import code
+//   alidade_points write FILE COUNT [CODE]   exports it, or the form of that export code
+//   alidade_points memory COUNT              bytes that plain points take
 
 #include "point_jobs.h"
 #include "usage.h"
@@ -18,11 +18,11 @@ namespace {
 
 constexpr int kDelimited = 0; ///< format code, both directions
 
-int Read(const char* pPath)
+int Read(const char* pPath, int nCode)
 {
     CIEData job;
     const double dStart = Usage::CpuSeconds();
-    const EIEResult eResult = ImportInTheSameThread(&job, pPath, kDelimited);
+    const EIEResult eResult = ImportInTheSameThread(&job, pPath, nCode);
     const double dWork = Usage::CpuSeconds() - dStart;
     if (eResult != IE_OK) {
         std::fprintf(stderr, "%s: result %d\n", pPath, static_cast<int>(eResult));
@@ -32,12 +32,12 @@ int Read(const char* pPath)
     return 0;
 }
 
-int Write(const char* pPath, std::size_t nCount)
+int Write(const char* pPath, std::size_t nCount, int nCode)
 {
-    std::unique_ptr<CIEData> pJob = PointJobs::Make(nCount);
+    std::unique_ptr<CIEData> pJob = nCode == kDelimited ? PointJobs::Make(nCount) : PointJobs::MakeLocal(nCount);
     const double dStart = Usage::CpuSeconds();
     // the run deletes the job, and that is counted
-    const EIEResult eResult = ExportInTheSameThread(pJob.release(), pPath, static_cast<EExportType>(kDelimited));
+    const EIEResult eResult = ExportInTheSameThread(pJob.release(), pPath, static_cast<EExportType>(nCode));
     const double dWork = Usage::CpuSeconds() - dStart;
     if (eResult != IE_OK) {
         std::fprintf(stderr, "%s: result %d\n", pPath, static_cast<int>(eResult));
@@ -83,12 +83,13 @@ int Memory(std::size_t nCount)
 int main(int argc, char** argv)
 {
     const std::string_view mode = argc > 2 ? argv[1] : "";
-    if (mode == "read" && argc == 3)
-        return Read(argv[2]);
-    if (mode == "write" && argc == 4)
-        return Write(argv[2], std::strtoull(argv[3], nullptr, 10));
+    const auto code = [&](int nArgument) { return argc > nArgument ? std::atoi(argv[nArgument]) : kDelimited; };
+    if (mode == "read" && (argc == 3 || argc == 4))
+        return Read(argv[2], code(3));
+    if (mode == "write" && (argc == 4 || argc == 5))
+        return Write(argv[2], std::strtoull(argv[3], nullptr, 10), code(4));
     if (mode == "memory" && argc == 3)
         return Memory(std::strtoull(argv[2], nullptr, 10));
-    std::fputs("usage: alidade_points read FILE | write FILE COUNT | memory COUNT\n", stderr);
+    std::fputs("usage: alidade_points read FILE [CODE] | write FILE COUNT [CODE] | memory COUNT\n", stderr);
     return 2;
 }

@@ -31,4 +31,18 @@ inline std::unique_ptr<CIEData> Make(std::size_t nCount)
     return pJob;
 }
 
+/// The same with the places near the origin, for forms whose columns hold no more.
+inline std::unique_ptr<CIEData> MakeLocal(std::size_t nCount)
+{
+    constexpr double kNorth = 5'400'000, kEast = 450'000;
+    std::unique_ptr<CIEData> pJob = Make(nCount);
+    CIEDataset& dataset = *pJob->GetCurDataset(true);
+    for (int i = 0; CIEObject* const pObject = dataset.GetObjectAt(i); ++i) {
+        auto& point = static_cast<CIEDesignPoint&>(*pObject);
+        const CIEStation& station = *point.GetStation();
+        point.SetCoords(station.m_dNorth - kNorth, station.m_dEast - kEast, station.GetHeight(), 0);
+    }
+    return pJob;
+}
+
 } // namespace PointJobs
