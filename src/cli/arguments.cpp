@@ -4,6 +4,7 @@
 #include "cli/messages.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <sstream>
 
 namespace {
@@ -67,6 +68,11 @@ void AddLayout(CLI::App& command, const std::string& name, std::optional<IEAscii
                                        "\"" + text +
                                            "\" isn't a list of fields (name, north, east, height, geoid, notes, code, "
                                            "codes ...)");
+        for (const IEAsciiFields::EType field : fields) {
+            if (std::count(fields.begin(), fields.end(), field) > 1)
+                throw CLI::ValidationError(name, "\"" + text + "\" names the field " +
+                                                     IEAsciiFields::FieldsToString({field}) + " twice");
+        }
         layout = std::move(fields);
     };
     command.add_option_function<std::string>(name, take, help)->type_name("FIELDS");
@@ -103,7 +109,9 @@ void AddJobOptions(CLI::App& command, TJobOptions& options)
     AddWords(command, "--delimiter", options.m_Delimiter, &ReadDelimiter, kDelimiterWords,
              "What stands between them: " + kDelimiterWords);
     command.add_flag("--attribute-types", options.m_bAttributeTypes, "Attribute names in delimited text carry a type");
-    command.add_flag("--quote", options.m_bQuote, "Text values of attributes stand in double quotes");
+    command.add_flag("--quote", options.m_bQuote,
+                     "Text values of attributes stand in double quotes; they are taken off again only with "
+                     "--attribute-types");
     AddWords(command, "--types", options.m_Kinds, &ReadKinds,
              "points, lines, polygons, arcs, surfaces, alignments, templates, raw-data, localization, history",
              "Take these kinds alone, as points,lines: points, lines, polygons, arcs, surfaces, alignments, templates, "

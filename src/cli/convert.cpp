@@ -100,8 +100,12 @@ EExit CConversion::Write(std::unique_ptr<CIEData> pJob)
                                        " wasn't written: the input holds nothing of what --types asks for");
     }
     if (!m_Out.IsJob())
-        DropEmptyDatasets(*pJob);
+        DropEmptyDatasets(*pJob, m_Messages);
     SetUpOutput(*pJob, m_Arguments.m_Job);
+    const TIESettings& settings = pJob->GetSettings();
+    if (m_Out.IsDelimited() && settings.m_bAttrQuotes && !settings.m_bAttrTypes)
+        m_Messages.Say(m_Arguments.m_strOut +
+                       ": without --attribute-types a reader keeps the quotes of attribute values");
     if (!m_In.IsJob()) {
         pJob->GetJobInfo()->m_strAppName = "alidade";
         pJob->GetJobInfo()->m_strAppVersion = ALIDADE_VERSION;
@@ -164,8 +168,10 @@ EExit Convert(const TConvertArguments& arguments)
         return messages.Fail(EExit::OutputFailed, obstacle);
     EExit eExit = conversion.Run();
     if (!WriteReport(conversion.MakeReport(eExit), arguments.m_strReport)) {
+        const bool bDelivered = eExit == EExit::Done || eExit == EExit::Loss;
         const EExit eReport =
-            messages.Fail(EExit::OutputFailed, arguments.m_strReport + ": the report couldn't be written");
+            messages.Fail(EExit::OutputFailed, arguments.m_strReport + ": the report couldn't be written" +
+                                                   (bDelivered ? "; " + arguments.m_strOut + " was" : std::string()));
         if (eExit == EExit::Done || eExit == EExit::Loss)
             eExit = eReport;
     }

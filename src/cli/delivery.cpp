@@ -88,9 +88,10 @@ EExit Judge(EIEResult eResult, const CIELedger& ledger, int nBadNames)
     return ExitOfExport(eResult);
 }
 
-EExit Explain(EExit eExit, const std::string& strOut, EIEResult eResult, CMessages& messages)
+EExit Explain(EExit eExit, const std::string& strOut, const TForm& form, EIEResult eResult, CMessages& messages)
 {
-    if (eExit == EExit::OutputFailed && eResult > 0)
+    // the folder took a new file a moment ago, so a document that couldn't be written lacked room
+    if (eExit == EExit::OutputFailed && (eResult > 0 || form.IsJob()))
         return messages.Fail(eExit, strOut + ": couldn't be written to its end; nothing was left behind");
     return messages.Fail(eExit,
                          fmt::format("{} {}", strOut, ExplainExport(eExit == EExit::Stopped ? IE_STOPPED : eResult)));
@@ -100,11 +101,14 @@ EExit Explain(EExit eExit, const std::string& strOut, EIEResult eResult, CMessag
 
 namespace Cli {
 
-void DropEmptyDatasets(CIEData& job)
+void DropEmptyDatasets(CIEData& job, const CMessages& messages)
 {
     for (int i = job.GetNumberOfDatasets() - 1; i >= 0; --i) {
-        if (IsEmpty(*job.GetDatasetAt(i)))
-            job.RemoveDataset(i);
+        if (!IsEmpty(*job.GetDatasetAt(i)))
+            continue;
+        if (job.GetNumberOfDatasets() > 1)
+            messages.Say(fmt::format("the dataset \"{}\" is empty, and isn't written", job.GetDatasetAt(i)->GetName()));
+        job.RemoveDataset(i);
     }
     job.SetCurDataset(0);
 }
@@ -152,7 +156,7 @@ TDelivery Deliver(std::unique_ptr<CIEData> pJob, const TConvertArguments& argume
 
     delivery.m_eExit = Judge(delivery.m_eResult, watch.GetLedger(), nBadNames);
     if (delivery.m_eExit != EExit::Done && delivery.m_eExit != EExit::Loss) {
-        delivery.m_eExit = Explain(delivery.m_eExit, arguments.m_strOut, delivery.m_eResult, messages);
+        delivery.m_eExit = Explain(delivery.m_eExit, arguments.m_strOut, form, delivery.m_eResult, messages);
         return delivery;
     }
     if (arguments.m_bFailOnLoss && (HasLoss(watch.GetLedger()) || delivery.m_eExit == EExit::Loss))

@@ -19,8 +19,8 @@ struct TDelivery {
     std::vector<std::string> m_Files; ///< the files in their place; none if anything failed
 };
 
-/// Takes out datasets that hold nothing: an export of all datasets into one file ends at an empty one.
-void DropEmptyDatasets(CIEData& job);
+/// Takes out datasets that hold nothing, and says so: an export of all datasets into one file ends at an empty one.
+void DropEmptyDatasets(CIEData& job, const CMessages& messages);
 
 /// Writes the job beside the target and moves the files to their place if all went well and the command line has
 /// nothing against the losses. The watch listens; it must have been made with this staging folder.

@@ -181,6 +181,7 @@ EExit ChooseInput(const std::string& strFile, const std::string& strWanted, bool
         return messages.Fail(
             EExit::InputUnreadable,
             strFile + (Platform::FileExists(strFile) ? ": can't be opened for reading" : ": there is no such file"));
+    const bool bEmpty = file.GetLength() == 0;
     file.Close();
     if (!strWanted.empty())
         return FindByKey(EIEDirection::Import, strWanted, "--from", form, messages);
@@ -196,8 +197,11 @@ EExit ChooseInput(const std::string& strFile, const std::string& strWanted, bool
         PreferOwnExtension(guesses, strFile);
     if (guesses.empty())
         return messages.Fail(EExit::FormUnknown,
-                             strFile + ": neither its content nor its extension tells a form that is known; "
-                                       "--from names one, and \"alidade formats\" lists them");
+                             bEmpty ? strFile + ": the file is empty"
+                                    : strFile +
+                                          ": neither its content nor its extension tells a form that is known; "
+                                          "--from names one, as --from delimited --layout name,north,east,height, and "
+                                          "\"alidade formats\" lists them");
     if (guesses.size() > 1) {
         CChoice choice;
         for (const TIEFormatGuess& guess : guesses)

@@ -78,11 +78,17 @@ std::string SuggestLayout(const std::string& strFile, const CString& strCodePage
     if (!split)
         return text + "; --layout tells what its fields are, and --delimiter what stands between them";
     const std::string_view shown = IEUtils::Left(line, kShown);
-    text += fmt::format("; the first one, \"{}{}\", has {} fields between {}.\n", shown,
+    text += fmt::format("; the first one, \"{}{}\", has {} fields between {}", shown,
                         shown.size() < line.size() ? "..." : "", split->m_Fields.size(),
                         DescribeDelimiter(split->m_cDelimiter));
-    text += fmt::format("Try --delimiter {} --layout {}, or with east ahead of north if that is the order of the file",
-                        split->m_pWord, LayoutFor(split->m_Fields));
+    const char* const pLayout = LayoutFor(split->m_Fields);
+    IEAsciiFields::TFields fields;
+    IEAsciiFields::StringToFields(pLayout, fields);
+    if (split->m_cDelimiter == format.m_cDelimiter && fields == format.m_Fields)
+        return text + ".\n--layout tells what its fields are, and --delimiter what stands between them";
+    text +=
+        fmt::format(".\nTry --delimiter {} --layout {}, or with east ahead of north if that is the order of the file",
+                    split->m_pWord, pLayout);
     return text;
 }
 

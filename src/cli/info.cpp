@@ -4,6 +4,7 @@
 #include "cli/report.h"
 #include "vellumlib/utils.h"
 
+#include <cmath>
 #include <vector>
 
 namespace {
@@ -91,6 +92,9 @@ void AddRange(std::string& text, std::string_view title, const std::optional<TRa
         return;
     const EDIST_UNITS units = job.GetJobInfo()->GetDistUnits();
     const auto show = [&](double dValue) {
+        constexpr double kReadable = 1e15;
+        if (std::abs(dValue) > kReadable)
+            return fmt::format("{:.6e}", dValue);
         return bDegrees ? IEUtils::DoubleToString(dValue, kDegreeDecimals)
                         : IEUtils::DistByStyleToString(units, dValue, kDecimals);
     };

@@ -4,18 +4,78 @@
 #include "cli/report.h"
 #include "cli/stop.h"
 
+#include <cmath>
+#include <filesystem>
+
 namespace {
 
 using namespace Cli;
 
-EExit Judge(EIEResult eResult, const CIELedger& ledger)
+/// Readers that end with their first bad record leave what stands ahead of it in the job.
+bool IsPart(EIEResult eResult, const CIEData& job)
+{
+    return eResult == IE_BAD_CONTENT && job.GetNumberOfObjectsInAllDatasets() > 0;
+}
+
+EExit Judge(EIEResult eResult, const CIELedger& ledger, const CIEData& job)
 {
     // an importer may end a stopped run with what it has
     if (IsStopAsked())
         return EExit::Stopped;
     if (ledger.GetCount("file.read-failed") > 0)
         return EExit::InputUnreadable;
-    return ExitOfImport(eResult);
+    return IsPart(eResult, job) ? EExit::Loss : ExitOfImport(eResult);
+}
+
+std::string ExplainPart(const std::string& strFile, const CIELedger& ledger)
+{
+    std::int64_t nLine = 0;
+    for (const TIENote& note : ledger.GetNotes()) {
+        if (note.m_eKind == TIENote::Refused)
+            nLine = note.m_nLine;
+    }
+    return fmt::format("{} was read in part: {}", strFile,
+                       nLine > 0 ? fmt::format("nothing from line {} on was read", nLine)
+                                 : std::string("reading ended early"));
+}
+
+/// Coordinates that no place on the earth has show that plane ones were taken for latitude and longitude.
+void WarnOfPlaneValues(const CIEData& job, const std::string& strFile, const CMessages& messages)
+{
+    constexpr double kLargestLatitude = 90, kLargestLongitude = 360;
+    if (job.GetJobInfo()->GetCSType() != TIEJobInfo::Geographic)
+        return;
+    std::int64_t nCount = 0;
+    for (int i = 0; const CIEDataset* const pDataset = job.GetDatasetAt(i); ++i) {
+        for (int j = 0; const CIEObject* const pObject = pDataset->GetObjectAt(j); ++j) {
+            for (int k = 0; const CIEStation* const pStation = pObject->GetStation(k); ++k)
+                nCount +=
+                    std::abs(pStation->m_dNorth) > kLargestLatitude || std::abs(pStation->m_dEast) > kLargestLongitude
+                        ? 1
+                        : 0;
+        }
+    }
+    if (nCount > 0)
+        messages.Warn(
+            fmt::format("{}: {} stations lie beyond 90 degrees of latitude or 360 of longitude; are these plane "
+                        "coordinates (--coordinates plane)?",
+                        strFile, nCount));
+}
+
+/// What a document told of itself and an option says otherwise.
+void WarnOfKind(const CIEData& job, const std::string& strFile, const TJobOptions& options, const CMessages& messages)
+{
+    const int nType = job.GetJobInfo()->GetCSType();
+    if (options.m_Coordinates && *options.m_Coordinates != nType)
+        messages.Warn(fmt::format("{}: its coordinates are {}, and --coordinates takes the same numbers as {}", strFile,
+                                  nType == TIEJobInfo::Geographic ? "geographic" : "plane",
+                                  nType == TIEJobInfo::Geographic ? "plane" : "geographic"));
+}
+
+bool IsEmptyFile(const std::string& strFile)
+{
+    std::error_code error;
+    return std::filesystem::file_size(strFile, error) == 0 && !error;
 }
 
 /// Whether delimited text was read by the layout that nobody told.
@@ -36,13 +96,18 @@ EExit ReadInput(CIEData& job, const std::string& strFile, const TForm& form, con
     eResult = RunImport(job, strFile, form, watch, bProgress, problem);
     PrintNotes(watch.GetLedger(), messages);
     // a document replaced what was set up
-    if (form.IsJob())
+    if (form.IsJob()) {
+        if (eResult == IE_OK)
+            WarnOfKind(job, strFile, options, messages);
         SetUp(job, options);
+    }
+    WarnOfPlaneValues(job, strFile, messages);
 
-    const EExit eExit = Judge(eResult, watch.GetLedger());
+    const EExit eExit = Judge(eResult, watch.GetLedger(), job);
     const bool bGuessed = IsLayoutGuessed(strFile, form, options, job);
     const TIEAsciiFormat& format = job.GetSettings().GetAsciiFormat();
-    if (bGuessed && (eResult == IE_BAD_CONTENT || eResult == IE_PARTIAL))
+    const bool bUnfit = watch.GetLedger().GetCount(TIENote::Refused) > job.GetNumberOfObjectsInAllDatasets();
+    if (bGuessed && bUnfit && (eResult == IE_BAD_CONTENT || eResult == IE_PARTIAL))
         messages.Warn(SuggestLayout(strFile, job.GetSettings().m_strCodePage, format));
     else if (bGuessed && eExit == EExit::Done)
         messages.Say(fmt::format("{}: no header line, so its lines were taken as {} between {} (--layout, --delimiter)",
@@ -52,6 +117,10 @@ EExit ReadInput(CIEData& job, const std::string& strFile, const TForm& form, con
         return eExit;
     if (eExit == EExit::InputUnreadable && eResult > 0)
         return messages.Fail(eExit, strFile + ": can't be read to its end");
+    if (eExit == EExit::Loss && IsPart(eResult, job))
+        return messages.Fail(eExit, ExplainPart(strFile, watch.GetLedger()));
+    if (eExit == EExit::BadContent && IsEmptyFile(strFile))
+        return messages.Fail(eExit, strFile + ": the file is empty");
     if (eExit == EExit::BadContent && eResult == IE_BAD_CONTENT)
         return messages.Fail(eExit, fmt::format("{}: its content isn't of the form {}{}", strFile, form.Describe(),
                                                 problem.empty() ? "" : ": " + problem));

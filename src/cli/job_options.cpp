@@ -6,6 +6,7 @@
 #include <cctype>
 #include <iconv.h>
 #include <iterator>
+#include <unordered_set>
 
 namespace {
 
@@ -136,6 +137,20 @@ void SetTypes(TIESettings& settings, unsigned nKinds)
     }
 }
 
+using TUsedCodes = std::unordered_set<const CIECodeDescription*>;
+
+TUsedCodes FindUsedCodes(const CIEData& job)
+{
+    TUsedCodes used;
+    for (int i = 0; const CIEDataset* const pDataset = job.GetDatasetAt(i); ++i) {
+        for (int j = 0; const CIEObject* const pObject = pDataset->GetObjectAt(j); ++j) {
+            for (int k = 0; const CIECodeValues* const pCode = pObject->GetCode(k); ++k)
+                used.insert(pCode->GetDescription());
+        }
+    }
+    return used;
+}
+
 } // namespace
 
 namespace Cli {
@@ -184,6 +199,7 @@ void SetUpOutput(CIEData& job, const TJobOptions& options)
 
 void KeepKinds(CIEData& job, unsigned nKinds)
 {
+    const TUsedCodes before = FindUsedCodes(job);
     for (int i = 0; CIEDataset* const pDataset = job.GetDatasetAt(i); ++i) {
         pDataset->RemoveObjectsIf([nKinds](const CIEObject& object) { return !(KindOf(object) & nKinds); });
         if (!(nKinds & KIND_SURFACES))
@@ -193,6 +209,10 @@ void KeepKinds(CIEData& job, unsigned nKinds)
     }
     if (!(nKinds & KIND_TEMPLATES))
         job.AttachIERoadTemplatesDictionary(nullptr);
+    // codes go with the objects that had them; those that none had stay
+    const TUsedCodes after = FindUsedCodes(job);
+    job.GetIEDataDictionary()->RemoveCodesIf(
+        [&](const CIECodeDescription& code) { return before.contains(&code) && !after.contains(&code); });
 }
 
 std::optional<EDIST_UNITS> ReadUnits(std::string_view word)

@@ -3,7 +3,9 @@
 #include "cli/staging.h"
 #include "platform/file.h"
 
+#include <filesystem>
 #include <map>
+#include <system_error>
 
 namespace {
 
@@ -132,8 +134,20 @@ std::string FindReportObstacle(const std::string& strPath, bool bOverwrite)
 
 bool WriteReport(const nlohmann::ordered_json& document, const std::string& strPath)
 {
-    CIEFileWriter file;
-    return file.Create(strPath) && file.Write(Dump(document)) && file.Close();
+    // beside its place first, so that a full disk leaves an earlier report as it is
+    const std::string strMade = strPath + ".part";
+    std::error_code error;
+    {
+        CIEFileWriter file;
+        if (!(file.Create(strMade) && file.Write(Dump(document)) && file.Close()))
+            error = std::make_error_code(std::errc::io_error);
+    }
+    if (!error)
+        std::filesystem::rename(strMade, strPath, error);
+    if (!error)
+        return true;
+    std::filesystem::remove(strMade, error);
+    return false;
 }
 
 } // namespace Cli

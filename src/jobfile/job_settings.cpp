@@ -129,19 +129,50 @@ bool ReadHistoryOptions(CIEJobReading& in, const CIEJsonValue& value, TIESetting
     return true;
 }
 
+/// Decimals of coordinates; -1 leaves their number to the form.
+template <int TIESettings::*pMember>
+bool ReadDecimals(CIEJobReading& in, const CIEJsonValue& value, TIESettings& settings)
+{
+    constexpr int kMostDecimals = 15; // more than a coordinate has digits
+    int nDecimals = 0;
+    if (!in.Read(value, nDecimals))
+        return false;
+    if (nDecimals < -1 || nDecimals > kMostDecimals)
+        return in.Fail(value, "A number from -1 to 15 is wanted here.");
+    settings.*pMember = nDecimals;
+    return true;
+}
+
+template <int TIESettings::*pMember>
+constexpr TIEJobField<TIESettings> Decimals(const char* pKey)
+{
+    return {pKey, Value<TIESettings, pMember>("").m_pWrite, ReadDecimals<pMember>};
+}
+
+bool ReadWriteEncoding(CIEJobReading& in, const CIEJsonValue& value, TIESettings& settings)
+{
+    CString name;
+    if (!in.Read(value, name))
+        return false;
+    if (!CIETextWriter::IsEncoding(name))
+        return in.Fail(value, "The name of an encoding that the system knows is wanted here, as UTF-8.");
+    settings.m_strWriteEncoding = name;
+    return true;
+}
+
 constexpr TIEJobField<TIESettings> kSettingsFields[] = {
     Value<TIESettings, &TIESettings::m_bSingleFile>("singleFile"),
     Word<TIESettings, kCoordsStyles, &TIESettings::m_eCoordsStyle>("coordsStyle"),
-    Value<TIESettings, &TIESettings::m_nNorthDecimals>("northDecimals"),
-    Value<TIESettings, &TIESettings::m_nEastDecimals>("eastDecimals"),
-    Value<TIESettings, &TIESettings::m_nHeightDecimals>("heightDecimals"),
+    Decimals<&TIESettings::m_nNorthDecimals>("northDecimals"),
+    Decimals<&TIESettings::m_nEastDecimals>("eastDecimals"),
+    Decimals<&TIESettings::m_nHeightDecimals>("heightDecimals"),
     Value<TIESettings, &TIESettings::m_bAttrTypes>("attributeTypes"),
     Value<TIESettings, &TIESettings::m_bAttrQuotes>("attributeQuotes"),
     {"asciiFormat", WriteAsciiFormat, ReadAsciiFormat},
     {"historyOptions", Value<TIESettings, &TIESettings::m_cHistoryOptions>("").m_pWrite, ReadHistoryOptions},
     {"dataTypes", WriteDataTypes, ReadDataTypes},
     Value<TIESettings, &TIESettings::m_strCodePage>("codePage"),
-    Value<TIESettings, &TIESettings::m_strWriteEncoding>("writeEncoding"),
+    {"writeEncoding", Value<TIESettings, &TIESettings::m_strWriteEncoding>("").m_pWrite, ReadWriteEncoding},
 };
 
 } // namespace

@@ -75,6 +75,17 @@ public:
     [[nodiscard]] CIECodeDescription* FindCodeDiscription(std::string_view name) const;
     /// Adds a code and gives it back. If the name is there already, that one is given back and nothing is added.
     CIECodeDescription* AddCodeDescription(std::unique_ptr<CIECodeDescription> pCode);
+    /// Takes out and deletes the codes for which `unwanted` is true; no object may have them.
+    template <class TPredicate>
+    void RemoveCodesIf(TPredicate unwanted)
+    {
+        std::erase_if(m_Codes, [&](const std::unique_ptr<CIECodeDescription>& pCode) {
+            if (!unwanted(*pCode))
+                return false;
+            m_ByName.erase(pCode->GetName());
+            return true;
+        });
+    }
 
 private:
     std::vector<std::unique_ptr<CIECodeDescription>> m_Codes;

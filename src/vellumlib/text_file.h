@@ -65,6 +65,8 @@ public:
     /// Creates or truncates the file (see CIEFileWriter). `encoding` is a name known to iconv; UTF-16 gets a mark.
     /// False also for an encoding that iconv doesn't know.
     [[nodiscard]] bool Create(const CString& strFileName, const CString& encoding = "UTF-8");
+    /// Whether Create knows the encoding.
+    static bool IsEncoding(const CString& encoding);
     [[nodiscard]] bool IsOpen() const;
     [[nodiscard]] const CString& GetFileName() const;
     /// Appends text, turned from UTF-8 into the file's encoding; a character that it lacks becomes "?" and is counted.

@@ -112,6 +112,11 @@ bool CIETextWriter::Create(const CString& strFileName, const CString& encoding)
            m_pState->m_File.Write(m_pState->m_strConverted);
 }
 
+bool CIETextWriter::IsEncoding(const CString& encoding)
+{
+    return TState().OpenEncoding(encoding);
+}
+
 bool CIETextWriter::IsOpen() const
 {
     return m_pState->m_File.IsOpen();

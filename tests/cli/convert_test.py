@@ -110,6 +110,19 @@ class Convert(ProgramTest):
         self.convert(HEADER + "Tür,1,2,3,\n", "out.sim", "--write-encoding", "CP1252", "--overwrite")
         self.assertIn(b"A01,1,T\xfcr,", self.read("out.sim"))
 
+    def test_codes_of_what_was_not_asked_for_are_no_loss(self):
+        self.write("in.txt", HEADER + "A,1,2,3,TREE\nL,1,2,3,WALL\nL,4,5,6,WALL\n")
+        self.check(DONE, "convert", "in.txt", "out.txt", "--to", "delimited", "--types", "lines", "--fail-on", "loss")
+        self.check(DONE, "convert", "in.txt", "out.job.json", "--types", "points")
+        self.assertEqual(self.info("out.job.json")["job"]["codes"], ["TREE"])
+
+    def test_coordinates_of_another_kind_are_told(self):
+        self.write("plane.txt", HEADER + "A,5400,4500,3,\n")
+        said = self.check(DONE, "convert", "plane.txt", "geo.job.json", "--coordinates", "geographic").err
+        self.assertIn("1 stations lie beyond 90 degrees", said)
+        said = self.check(DONE, "info", "geo.job.json", "--coordinates", "plane").err
+        self.assertIn("its coordinates are geographic, and --coordinates takes the same numbers as plane", said)
+
     def test_types_keep_the_kinds_that_are_named(self):
         ring = "".join(f"R,{n},{e},1,\n" for n, e in ((0, 0), (0, 5), (5, 5), (0, 0)))
         line = "L,1,1,1,\nL,2,2,2,\n"

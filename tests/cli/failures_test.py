@@ -25,12 +25,14 @@ class Failures(ProgramTest):
     def test_content_that_is_not_of_the_form(self):
         self.write("empty.txt", HEADER)
         self.write("half.job.json", json.dumps(self.make_job("One")).replace('"settings"', '"setings"', 1))
-        self.write("cut.sim", "G00,03,J,\r\nA00,\r\nA01,1,A,1,2,3,\r\nA01,2,B,east,2,3,\r\nA99,\r\n")
+        self.write("cut.sim", "G00,03,J,\r\nA00,\r\nA01,2,B,east,2,3,\r\nA99,\r\n")
+        self.write("none.sim", "")
         self.write("in.txt", POINTS)
         for name, options, words in (("in.txt", ("--from", "sima"), 'in.txt:1: refused: the first line isn\'t a "G00" line'),
                                      ("empty.txt", (), "holds nothing that could be used"),
                                      ("half.job.json", (), "/setings"),
-                                     ("cut.sim", (), 'cut.sim:4: refused: its north "east" can\'t be read (line.number)')):
+                                     ("cut.sim", (), 'cut.sim:3: refused: its north "east" can\'t be read (line.number)'),
+                                     ("none.sim", ("--from", "sima"), "none.sim: the file is empty")):
             with self.subTest(name):
                 answer = self.check_failure(CONTENT, "convert", name, "out.job.json", *options)
                 self.assertIn(words, answer.err)
@@ -42,6 +44,15 @@ class Failures(ProgramTest):
         self.assertIn("bad.txt:4: refused: it has 3 fields where the layout has 5 (line.field-count)\n", answer.err)
         self.assertEqual(self.read("out.sim").count(b"A01,"), 2)
         self.assertEqual(self.check(LOSS, "info", "bad.txt").out.count("Stations     2"), 1)
+
+    def test_what_stands_ahead_of_a_bad_record_is_written(self):
+        self.write("cut.sim", "G00,03,J,\r\nA00,\r\nA01,1,A,1,2,3,\r\nA01,2,B,east,2,3,\r\nA01,3,C,1,2,3,\r\nA99,\r\n")
+        answer = self.check(LOSS, "convert", "cut.sim", "out.sim", "--report", "report.json")
+        self.assertIn("cut.sim was read in part: nothing from line 4 on was read", answer.err)
+        self.assertEqual(self.read("out.sim").count(b"A01,"), 1)
+        self.assertEqual(self.read_json("report.json")["import"]["result"]["name"], "bad-content")
+        self.assertIn("Points       1", self.check(LOSS, "info", "cut.sim").out)
+        self.check_failure(LOSS, "convert", "cut.sim", "other.sim", "--fail-on", "loss")
 
     def test_many_notes_are_counted(self):
         self.write("bad.txt", HEADER + "A,1,2,3,\n" + "B,x,2,3,\n" * 30 + "C,1\n" * 5)

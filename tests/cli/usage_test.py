@@ -24,7 +24,7 @@ class Usage(ProgramTest):
                           (*good, "--units", "cubits"), (*good, "--units", "7"), (*good, "--units", "0"),
                           (*good, "--out-units", ""), (*good, "--angles", "5"), (*good, "--coordinates", "round"),
                           (*good, "--coords-style", "6"), (*good, "--decimals", "16"), (*good, "--decimals", "3,3"),
-                          (*good, "--decimals", "-1"), (*good, "--layout", "name,nowhere"), (*good, "--delimiter", "ab"),
+                          (*good, "--decimals", "-1"), (*good, "--layout", "name,nowhere"), (*good, "--layout", "name,north,north"), (*good, "--delimiter", "ab"),
                           (*good, "--delimiter", "7"), (*good, "--delimiter", ""), (*good, "--types", "points,dragons"),
                           (*good, "--encoding", "martian"), (*good, "--write-encoding", ""), (*good, "--fail-on", "gain"),
                           ("formats", "--json", "--markdown"), ("info", "in.txt", "--overwrite")):

@@ -140,6 +140,8 @@ TEST(JobRefusals, PlacesAreExact)
         {Marked(R"("info":{"prismConstant":3000000000})"), "/info/prismConstant"},
         {Marked(R"("info":{"prismConstant":1.0})"), "/info/prismConstant"},
         {Marked(R"("settings":{"historyOptions":256})"), "/settings/historyOptions"},
+        {Marked(R"("settings":{"eastDecimals":99})"), "/settings/eastDecimals"},
+        {Marked(R"("settings":{"writeEncoding":"no such"})"), "/settings/writeEncoding"},
         {Marked(R"("settings":{"dataTypes":["points",32]})"), "/settings/dataTypes/1"},
         {Marked(R"("settings":{"dataTypes":[-1]})"), "/settings/dataTypes/0"},
         {Marked(R"("settings":{"asciiFormat":{"fields":"name,nort"}})"), "/settings/asciiFormat/fields"},
