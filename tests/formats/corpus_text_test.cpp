@@ -1,6 +1,4 @@
-#include "support/files.h"
-#include "support/jobs.h"
-#include "transfer/entries.h"
+#include "formats/row_fixture.h"
 
 #include <sstream>
 
@@ -51,16 +49,24 @@ TSums Count(const CString& strFile, const TList& list)
     return sums;
 }
 
-TEST(CorpusText, EveryPointOfTheListsComesIn)
+class CorpusText : public CRowTest {
+protected:
+    void SetUp() override
+    {
+        const char* const pPlace = std::getenv("ALIDADE_CORPUS");
+        m_strFolder = CString(pPlace ? pPlace : ALIDADE_SOURCE_DIR "/../shared/corpus") + "/survey-text/";
+        if (!std::filesystem::exists(m_strFolder))
+            GTEST_SKIP() << "no collection of survey files: " << m_strFolder << "; ALIDADE_CORPUS can name its folder";
+    }
+
+    CString m_strFolder;
+};
+
+TEST_F(CorpusText, EveryPointOfTheListsComesIn)
 {
-    const char* const pPlace = std::getenv("ALIDADE_CORPUS");
-    const CString strFolder = pPlace ? pPlace : ALIDADE_SOURCE_DIR "/../shared/corpus";
-    if (!std::filesystem::exists(strFolder + "/survey-text"))
-        GTEST_SKIP() << "no collection of survey files: " << strFolder
-                     << "/survey-text; ALIDADE_CORPUS can name its folder";
     for (const TList& list : kLists) {
         SCOPED_TRACE(list.m_pFile);
-        const CString strFile = strFolder + "/survey-text/" + list.m_pFile;
+        const CString strFile = m_strFolder + list.m_pFile;
         CIELedger ledger;
         CIEData job;
         job.SetObserver(&ledger);
@@ -87,6 +93,43 @@ TEST(CorpusText, EveryPointOfTheListsComesIn)
         EXPECT_DOUBLE_EQ(sums.m_dFirst, expected.m_dFirst);
         EXPECT_DOUBLE_EQ(sums.m_dSecond, expected.m_dSecond);
         EXPECT_DOUBLE_EQ(sums.m_dHeight, expected.m_dHeight);
+    }
+}
+
+TEST_F(CorpusText, CommaListsGoOutThroughEveryFormOfPointsAndBack)
+{
+    constexpr int kNorthFirst = 28;
+    constexpr double kNear = 5.01e-4; // the coarsest forms have three decimals
+    for (const TList& list : {kLists[0], kLists[1]}) {
+        CIEData job;
+        ASSERT_EQ(ImportInTheSameThread(&job, m_strFolder + list.m_pFile, kNorthFirst), IE_OK);
+        const CIEDataset& dataset = *job.GetDatasetAt(0);
+        EXPECT_EQ(dataset.GetNumberOfElements(-1, 2, false, false), Count(m_strFolder + list.m_pFile, list).m_nLines);
+        int nForms = 0;
+        for (const auto& [pOut, pIn] : BuiltPairs()) {
+            if (!(pIn->m_nCarries & CARRIES_POINTS))
+                continue;
+            SCOPED_TRACE(CString(list.m_pFile) + " " + pOut->m_pKey);
+            auto pCopy = std::make_unique<CIEData>();
+            ASSERT_EQ(ImportInTheSameThread(pCopy.get(), m_strFolder + list.m_pFile, kNorthFirst), IE_OK);
+            const CString strFile = FileOf(*pIn);
+            EXPECT_EQ(Export(std::move(pCopy), *pOut, strFile), IE_OK);
+            CIEData back;
+            EXPECT_EQ(ImportInTheSameThread(&back, strFile, pIn->m_nCode), IE_OK);
+            ASSERT_EQ(back.GetNumberOfObjectsInAllDatasets(), dataset.GetNumberOfElements(-1, 2, false, false));
+            for (int i = 0; const CIEObject* const pObject = dataset.GetObjectAt(i); ++i) {
+                const CIEObject& other = *back.GetDatasetAt(0)->GetObjectAt(i);
+                EXPECT_EQ(other.GetName(), pObject->GetName());
+                EXPECT_NEAR(other.GetStation(0)->m_dNorth, pObject->GetStation(0)->m_dNorth, kNear);
+                EXPECT_NEAR(other.GetStation(0)->m_dEast, pObject->GetStation(0)->m_dEast, kNear);
+                // one form leaves a height of 0 empty, which its reader takes for none
+                if (pObject->GetStation(0)->GetHeight() != 0.0) {
+                    EXPECT_NEAR(other.GetStation(0)->GetHeight(), pObject->GetStation(0)->GetHeight(), kNear);
+                }
+            }
+            ++nForms;
+        }
+        EXPECT_GT(nForms, 10);
     }
 }
 
