@@ -188,6 +188,12 @@ const TCase kCases[] = {
     {7,  "P        001 1.000000     2.000000     3.000000         note", "point P 1 2 3 'note'"},
     {7,  "P        001 1.000000     2.000000     3.000000\nP        001 4.000000     2.000000     3.000000\n\nR\n", "line P 1 2 3 | 4 2 3", IE_OK, "4:line.behind-end "},
     {7,  "P        001 1.0\n",                     "", IE_BAD_CONTENT, "1:line.number "},
+    // fields without a blank between them
+    {15, "12345678abcdefghIJKLMNOPqrstuvwx-100000000.125-200000000.125-300000000.125     0 0", "point qrstuvwx -100000000.125 -200000000.125 -300000000.125 IJKLMNOP()&abcdefgh"},
+    {36, "12345678abcdefghIJKLMNOPqrstuvwx-100000000.125-200000000.125-300000000.125", "point qrstuvwx -100000000.125 -200000000.125 -300000000.125 IJKLMNOP()&abcdefgh@12345678"},
+    {45, "....c00strinameof7....codc1.-100000.125.-200000.125........-300.125.", "point nameof7 -100000.125 -200000.125 -300.125 cod()&stri@c00@c1"},
+    {47, " 05 nameoften1.codeof-8.-1000000.125.-200000.125.-300.125...noteof7.", "point nameoften1 -1000000.125 -200000.125 -300.125 'noteof7' codeof-8()"},
+    {7,  "nameof-8.....-10000000.125-2000000.125.-3000000.125.....notes", "point nameof-8 -10000000.125 -2000000.125 -3000000.125 'notes'"},
 };
 // clang-format on
 
