@@ -53,10 +53,9 @@ const char* WordFor(const CIEObject& object)
 bool LosesAttributes(const CIEObject& object, unsigned nCarries)
 {
     for (int i = 0; const CIECodeValues* const pCode = object.GetCode(i); ++i) {
-        for (int j = 0; !(nCarries & CARRIES_ATTRIBUTES) && j < pCode->GetNumberOfAttrs(); ++j) {
-            if (!pCode->GetAttrAt(j).empty())
-                return true;
-        }
+        if (!(nCarries & CARRIES_ATTRIBUTES) &&
+            (pCode->GetNumberOfAttrs() > 0 || pCode->GetDescription()->GetSize() > 0))
+            return true;
         if (!(nCarries & CARRIES_CODE_STRINGS) && pCode->GetNumberOfCodeStrings() > 0)
             return true;
         if (!(nCarries & CARRIES_CONTROL_CODES) &&

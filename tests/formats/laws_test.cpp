@@ -300,7 +300,7 @@ TEST_F(LawsTest, WhatGoesOutComesBackOrIsTold)
                 auto pBack = MakeJobLike(*pJob);
                 Platform::RemoveFile(strFirst);
                 Platform::RemoveFile(strSecond);
-                ASSERT_EQ(Export(CJobMaker(nSeed, variant).Make(), *pOut, strFirst), IE_OK);
+                ASSERT_GT(Export(CJobMaker(nSeed, variant).Make(), *pOut, strFirst), 0);
                 const CJudge judge(*pJob, m_Ledger, variant);
                 const bool bChanged = m_Ledger.GetCount(TIENote::Changed) > 0;
                 // not through the entry, which names what has no name after its code
@@ -308,7 +308,7 @@ TEST_F(LawsTest, WhatGoesOutComesBackOrIsTold)
                 EXPECT_TRUE(IsKnownResult(eBack));
                 EXPECT_EQ(FindFault(*pBack), "");
                 EXPECT_EQ(judge.FindLoss(*pBack, eBack), "") << ReadFile(strFirst);
-                ASSERT_EQ(Export(std::move(pBack), *pOut, strSecond), IE_OK);
+                ASSERT_GT(Export(std::move(pBack), *pOut, strSecond), 0);
                 if (!bChanged) {
                     EXPECT_EQ(ReadFile(strSecond), ReadFile(strFirst));
                 }
@@ -325,7 +325,7 @@ TEST_F(LawsTest, EveryPrefixAndEveryFlippedByteEndInAResult)
         const CString strFile = FileOf(*pIn);
         for (const TVariant& variant : {kVariants[1], kVariants[9]}) {
             const auto pJob = CJobMaker(7, variant).Make();
-            ASSERT_EQ(Export(CJobMaker(7, variant).Make(), *pOut, strFile), IE_OK);
+            ASSERT_GT(Export(CJobMaker(7, variant).Make(), *pOut, strFile), 0);
             const CString bytes = ReadFile(strFile);
             const auto check = [&, pRow = pIn](std::string_view damaged, const CString& strWhere) {
                 WriteFile(strFile, damaged);
@@ -428,8 +428,8 @@ TEST_F(LawsTest, AStoppedImportKeepsWhatItHasRead)
             CFileFaults faults;
             faults.m_AllowOpen = [](const std::string&, bool) { return CIEData::m_bStopProcess = true; };
             CIEData job;
-            EXPECT_EQ(ImportInTheSameThread(&job, strFile, pIn->m_nCode),
-                      HidesAStop(*pIn) ? IE_NOTHING_DONE : IE_STOPPED);
+            const EIEResult eNothing = IsStreamOfBlocks(*pIn) ? IE_OK : IE_NOTHING_DONE;
+            EXPECT_EQ(ImportInTheSameThread(&job, strFile, pIn->m_nCode), HidesAStop(*pIn) ? eNothing : IE_STOPPED);
             EXPECT_EQ(job.GetNumberOfObjectsInAllDatasets(), 0);
             CIEData::m_bStopProcess = false;
         }

@@ -56,9 +56,16 @@ inline bool IsKnownResult(EIEResult eResult)
 inline bool HidesAStop(const TIEFormatRow& row)
 {
     constexpr const char* kFamilies[] = {"sima",         "comma-",          "five-lines",   "framed-comma",
-                                         "columns-code", "columns-control", "columns-note", "columns-05"};
+                                         "columns-code", "columns-control", "columns-note", "columns-05",
+                                         "block-"};
     return std::any_of(std::begin(kFamilies), std::end(kFamilies),
                        [&](const char* pStart) { return CString(row.m_pKey).starts_with(pStart); });
+}
+
+/// Bytes rather than lines: a block ends with a line feed, and with nothing else.
+inline bool IsStreamOfBlocks(const TIEFormatRow& row)
+{
+    return CString(row.m_pKey).starts_with("block-");
 }
 
 class CRowTest : public testing::Test {

@@ -249,6 +249,13 @@ TEST_F(Guess, TellsAFormByItsMarkWhateverItsName)
         {"shapes", "\0\0\x27\x0a\0\0\0\0"s, {"shapefile!"}},
         {"log", "JB,NMSite,DT01-02-2026\r\nMO,AD0,UN1\r\n", {"localization-text!"}},
         {"log with remarks", "--made by hand\r\n--again\r\nJB,NMSite\r\n", {"localization-text!"}},
+        {"blocks f g h", "\x02_+P1        _ f+000001000m_ g+0", {"block-fgh!"}},
+        {"lines f g h", "_+P1_f1000m_g2000m_\r\n", {"block-fgh!"}},
+        {"blocks x y z",
+         "\xef\xbb\xbf\x02  _+P1" + std::string(122, ' ') + "1123\x03\r\n\x02_ x+00000001000",
+         {"block-xyz!"}},
+        {"wide blocks", "\x02_0.P1              _ x+000001000", {"block-wide!"}},
+        {"wide lines", Utf16("_0.P1_ x1", false, true), {"block-wide!"}},
         {"strings", "GENIO  Site\r\n001,Format(3F14.4)\r\n", {"genio-points!"}},
     };
     for (const TCase& test : cases) {
@@ -272,6 +279,9 @@ TEST_F(Guess, DoesntTakeAMarkForGrantedElsewhere)
         "AC9999",                    //
         "\x0a\x27\0\0"s,             // the other order of bytes
         "MO,AD0\r\nJB,NMSite\r\n",   //
+        "\x02_!!Site_t\"06-12-31",   // other blocks
+        "P_+Q_ x1",                  //
+        "_+P1_ y1",                  //
         "",
     };
     for (const std::string& content : contents)

@@ -1,5 +1,8 @@
 #include "formats/points/formats.h"
 
+#include "formats/points/blocks/block_exporter.h"
+#include "formats/points/blocks/block_importer.h"
+#include "formats/points/blocks/block_recognize.h"
 #include "formats/points/column_points.h"
 #include "formats/points/comma_points.h"
 #include "formats/points/delimited.h"
@@ -46,6 +49,12 @@ template <bool bNumbersOnly>
 std::unique_ptr<CIEExporter> WriteSima(CIEData* pData, const CString& strFileName, int)
 {
     return std::make_unique<CSimaPtExporterJ>(pData, strFileName, bNumbersOnly);
+}
+
+template <CIEBlockPointExporter::EForm eForm>
+std::unique_ptr<CIEExporter> WriteBlocks(CIEData* pData, const CString& strFileName, int)
+{
+    return std::make_unique<CIEBlockPointExporter>(pData, strFileName, eForm);
 }
 
 /// Classes of a family are told the code, those of a single form aren't.
@@ -182,17 +191,31 @@ constexpr TIEFormatRow kRows[] = {
      nullptr, Write<CIEFramedPointExporter>},
 
     {kIn,  11, "block-fgh",           "Blocks of 128 characters, fields f g h with a unit letter",  "txt", kJoined | CARRIES_CODES,
-     "North, east, height in thousandths of a metre or US survey foot; the same records as plain lines are read too."},
+     "North, east, height in thousandths of a metre, or of a US survey foot where the letter says so; the same records as plain "
+     "lines are read too. Points in a row that share a name become a polyline, or a polygon if it closes. A bad record ends the "
+     "import, and the points before it stay.",
+     Read<CIEBlockPointImporter>, nullptr, RecognizeBlockFgh},
     {kOut,  9, "block-fgh",           "Blocks of 128 characters, fields f g h with a unit letter",  "txt", kCoded,
-     "Name in 10 characters; north, east, height in 9 digits, thousandths of a metre or US survey foot; higher digits are lost."},
+     "Name in 10 characters, of a longer one its last; north, east, height in 9 digits, thousandths of a metre, or of a US survey "
+     "foot for a job in any other unit; higher digits are lost. The codes stand behind them.",
+     nullptr, WriteBlocks<CIEBlockPointExporter::EForm::Fgh>},
     {kIn,  12, "block-xyz",           "Blocks of 128 characters, fields x y z",                     "txt", kJoined | CARRIES_CODES,
-     "North, east, height in thousandths; the same records as plain lines are read too."},
+     "The same reader as of the fields f g h: it takes either letters. Numbers without the letter of feet are thousandths of a metre.",
+     Read<CIEBlockPointImporter>, nullptr, RecognizeBlockXyz},
     {kOut, 10, "block-xyz",           "Blocks of 128 characters, fields x y z",                     "txt", kPoints,
-     "Name in 10 characters; north, east, height in 11 digits, thousandths of a metre or US survey foot, with no unit letter."},
+     "Name in 10 characters, of a longer one its last; north, east, height in 11 digits, thousandths of a metre, or of a US survey "
+     "foot for a job in any other unit. The file states no unit, so only a job in metres reads back the same.",
+     nullptr, WriteBlocks<CIEBlockPointExporter::EForm::Xyz>},
     {kIn,  37, "block-wide",          "Blocks of 128 characters, names of 16",                      "txt", kJoined,
-     "North, east, height in thousandths; the code isn't read."},
+     "North, east, height in thousandths of a metre, or of a US survey foot where a letter says so. The height ends a record, so "
+     "that codes aren't read, and a height with a code right behind it reads as 0. A bad record ends the import, and the points "
+     "before it stay.",
+     Read<CIEWideBlockPointImporter>, nullptr, RecognizeBlockWide},
     {kOut, 48, "block-wide",          "Blocks of 128 characters, names of 16",                      "txt", kCoded,
-     "Name in 16 characters; north, east, height in 9 digits, thousandths of a metre or US survey foot."},
+     "Name in 16 characters, of a longer one its last; north, east, height in 9 digits or more, thousandths of a metre, or of a US "
+     "survey foot for a job in any other unit; texts in the code page of the settings. The file states no unit, so only a job in "
+     "metres reads back the same, and a reader takes neither the codes nor the heights of points that have some.",
+     nullptr, Write<CIEWideBlockPointExporter>},
 
     {kIn,  18, "binary-points",       "Binary point list",                                          "bin", kCoded,
      "Whole numbers as names, coordinates as 64-bit floats in the job's units."},

@@ -23,15 +23,6 @@ std::string_view ControlCode(const CIECodeValues* pCode, int i)
     return pCode ? std::string_view(pCode->GetControlCode(i)) : std::string_view();
 }
 
-bool HoldsAttributes(const CIECodeValues& code)
-{
-    for (int i = 0; i < code.GetNumberOfAttrs(); ++i) {
-        if (!code.GetAttrAt(i).empty())
-            return true;
-    }
-    return false;
-}
-
 } // namespace
 
 CIERecordExporter::CIERecordExporter(CIEData* pData, const CString& strFileName, const TIEWriteForm& form)
@@ -318,8 +309,6 @@ void CIERecordExporter::NoteCodes(const CIEObject& object, const TIEPointRecord&
         NoteChanged("object.attributes", object, "the code string or control codes don't come back as they are");
     else if (bStrings && pCode->GetNumberOfCodeStrings() > 1)
         Note(TIENote::LeftOut, "object.attributes", object.GetName(), "the form holds the first code string alone");
-    else if (!HoldsAttributes(*pCode) && (pCode->GetNumberOfAttrs() > 0 || pCode->GetDescription()->GetSize() > 0))
-        NoteChanged("object.attributes", object, "the attributes of its code have no values, and don't come back");
 }
 
 void CIERecordExporter::NoteKind(const CIEObject& object, const TIEPointRecord& record) const
