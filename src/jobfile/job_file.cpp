@@ -23,7 +23,8 @@ public:
 class CIEFileSink : public IIEJsonSink {
 public:
     explicit CIEFileSink(CIEFileWriter& file) : m_File(file) {}
-    bool Take(std::string_view piece) override { return m_File.Write(piece); }
+    /// A stop ends the document as a full disk does.
+    bool Take(std::string_view piece) override { return !CIEData::m_bStopProcess && m_File.Write(piece); }
 
 private:
     CIEFileWriter& m_File;
@@ -38,7 +39,7 @@ bool ReadWholeFile(const CString& strFileName, CString& text)
     text.reserve(file.GetLength());
     for (;;) {
         const std::string_view piece = file.Peek(kPiece);
-        if (piece.empty())
+        if (piece.empty() || CIEData::m_bStopProcess)
             return !file.HasFailed();
         text.append(piece);
         file.Skip(piece.size());
@@ -103,18 +104,24 @@ try {
     CString text;
     if (!ReadWholeFile(strFileName, text))
         return IE_CANNOT_OPEN_FILE;
-    return FromText(job, text, pError);
+    return CIEData::m_bStopProcess ? IE_STOPPED : FromText(job, text, pError);
 } catch (const std::bad_alloc&) {
     return IE_OUT_OF_MEMORY;
 }
 
 EIEResult CIEJobFile::Write(const CIEData& job, const CString& strFileName)
 try {
-    if (!IsPlainFile(strFileName))
-        return WriteWhole(job, strFileName, strFileName) ? IE_OK : IE_CANNOT_OPEN_FILE;
-    // a document that is already there gives way to the finished one only, so that a full disk doesn't cost it
-    const CString strNew = strFileName + ".new";
-    return WriteWhole(job, strNew, strFileName) && Replace(strFileName, strNew) ? IE_OK : IE_CANNOT_OPEN_FILE;
+    bool bWritten = false;
+    if (IsPlainFile(strFileName)) {
+        // a document that is already there gives way to the finished one only, so that a full disk doesn't cost it
+        const CString strNew = strFileName + ".new";
+        bWritten = WriteWhole(job, strNew, strFileName) && Replace(strFileName, strNew);
+    } else {
+        bWritten = WriteWhole(job, strFileName, strFileName);
+    }
+    if (bWritten)
+        return IE_OK;
+    return CIEData::m_bStopProcess ? IE_STOPPED : IE_CANNOT_OPEN_FILE;
 } catch (const std::bad_alloc&) {
     return IE_OUT_OF_MEMORY;
 }

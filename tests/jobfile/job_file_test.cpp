@@ -72,6 +72,24 @@ public:
     [[nodiscard]] EIEObjectsType GetType() const override { return EIEObjectsType::Composite; }
 };
 
+TEST(JobFile, AStopCostsNoDocument)
+{
+    const TStopGuard guard;
+    const CTempFolder folder;
+    const CString strFile = folder / "a.job.json";
+    CIEData job;
+    ASSERT_EQ(CIEJobFile::Write(job, strFile), IE_OK);
+    const CString before = ReadFile(strFile);
+    AddPoint(*job.GetCurDataset(true), "new");
+    CIEData::m_bStopProcess = true;
+    EXPECT_EQ(CIEJobFile::Write(job, strFile), IE_STOPPED);
+    EXPECT_EQ(CIEJobFile::Read(job, strFile), IE_STOPPED);
+    EXPECT_EQ(job.GetNumberOfObjectsInAllDatasets(), 1);
+    CIEData::m_bStopProcess = false;
+    EXPECT_EQ(ReadFile(strFile), before);
+    EXPECT_EQ(folder.List(), "a.job.json ");
+}
+
 } // namespace
 
 TEST(JobFile, TheRichJobIsWrittenAsItAlwaysWas)
