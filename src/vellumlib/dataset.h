@@ -3,13 +3,16 @@
 
 #include "platform/api.h"
 #include "vellumlib/alignment.h"
+#include "vellumlib/gps_position.h"
+#include "vellumlib/job_history.h"
 #include "vellumlib/objects.h"
+#include "vellumlib/sheet_point.h"
 #include "vellumlib/surface.h"
 
 #include <string_view>
 #include <unordered_map>
 
-/// Objects in order, surfaces and alignments, under a name. Owns all that it is given.
+/// Objects in order, surfaces, alignments and a job history, under a name. Owns all that it is given.
 class ALIDADE_API CIEDataset {
 public:
     explicit CIEDataset(CString name);
@@ -55,6 +58,11 @@ public:
     [[nodiscard]] CIEAlignment* GetAlignmentAt(int i) const;
     void RemoveAlignments() { m_Alignments.clear(); }
 
+    /// What was done in the dataset; null if nothing was recorded.
+    [[nodiscard]] CIEJobHistory* GetJobHistory() const { return m_pJobHistory.get(); }
+    /// Replaces it; null takes it away.
+    void SetJobHistory(std::unique_ptr<CIEJobHistory> pHistory) { m_pJobHistory = std::move(pHistory); }
+
 private:
     friend class CIEObject;
     struct TNameHash {
@@ -72,6 +80,7 @@ private:
     std::vector<std::unique_ptr<CIEObject>> m_Objects;
     std::vector<std::unique_ptr<CIESurface>> m_Surfaces;
     std::vector<std::unique_ptr<CIEAlignment>> m_Alignments;
+    std::unique_ptr<CIEJobHistory> m_pJobHistory;
     mutable std::unique_ptr<TIndex> m_pIndex; // built by the first FindObject
 };
 

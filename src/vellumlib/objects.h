@@ -1,4 +1,4 @@
-// The objects of a dataset: points, lines, polygons, arcs.
+// The objects of a dataset: points, lines, polygons, arcs. GPS positions and sheet points have headers of their own.
 #pragma once
 
 #include "platform/api.h"
@@ -13,7 +13,13 @@ class CIEDataset;
 /// it.
 class ALIDADE_API CIEObject : public CIECodesDataInterface {
 public:
-    enum EGroup : int { PointLike = 0, LineLike = 1, ArcLike = 2, CompositeLike = 3 };
+    enum EGroup : int {
+        PointLike = 0, ///< one station: a CIEDesignPoint or a class derived from it
+        SheetLike = 1, ///< a CIESheetPoint
+        LineLike = 2,
+        ArcLike = 3,
+        CompositeLike = 4
+    };
     enum EState : int {
         InBlock = 0,  ///< part of a block's definition: a pattern for copies, not itself on the ground
         InDrawing = 1 ///< on the ground
@@ -105,15 +111,6 @@ private:
     CString m_strFirst;
     CString m_strSecond;
     int m_nCoordType = Regular;
-};
-
-/// A point that was measured with a satellite receiver.
-class ALIDADE_API CIEGPSPosition : public CIEDesignPoint {
-public:
-    using CIEDesignPoint::CIEDesignPoint;
-
-    [[nodiscard]] EIEObjectsType GetType() const override { return EIEObjectsType::GPSPosition; }
-    [[nodiscard]] std::unique_ptr<CIEObject> clone() const override { return std::make_unique<CIEGPSPosition>(*this); }
 };
 
 /// A line through stations in order.
