@@ -69,6 +69,19 @@ void CheckSurface(const CIESurface& surface)
     }
 }
 
+void CheckHistory(const CIEJobHistory& history)
+{
+    for (const TIEJobHistoryTable& table : history.GetJHTables()) {
+        CheckText(table.m_strTitle);
+        CheckText(table.m_strText);
+        for (const TIEJobHistoryXMLTag& tag : table.m_Tags) {
+            CheckText(tag.m_strName);
+            CheckText(tag.m_strText);
+            CheckText(tag.m_strValue);
+        }
+    }
+}
+
 void CheckDictionary(const CIEDataDictionary& dictionary)
 {
     for (int i = 0; i < dictionary.GetSize(); ++i) {
@@ -103,6 +116,9 @@ void CheckSameObject(const CIEObject& left, const CIEObject& right)
     Require(left.GetNumberOfStations() == right.GetNumberOfStations(), "all stations come back");
     for (int i = 0; i < left.GetNumberOfStations(); ++i)
         RequireEqual(left.GetStation(i)->GetNotes(), right.GetStation(i)->GetNotes(), "notes come back");
+    if (left.GetType() == EIEObjectsType::GPSPosition)
+        Require(static_cast<const CIEGPSPosition&>(left).HasSameGPSData(static_cast<const CIEGPSPosition&>(right)),
+                "what a receiver said comes back");
     Require(left.GetNumberOfCodes() == right.GetNumberOfCodes(), "all codes come back");
     for (int i = 0; i < left.GetNumberOfCodes(); ++i)
         CheckSameCode(*left.GetCode(i), *right.GetCode(i));
@@ -126,6 +142,8 @@ void CheckJob(const CIEData& job)
             CheckObject(job, dataset, *pObject);
         for (int j = 0; j < dataset.GetNumberOfSurfaces(); ++j)
             CheckSurface(*dataset.GetSurfaceAt(j));
+        if (dataset.GetJobHistory())
+            CheckHistory(*dataset.GetJobHistory());
     }
 }
 

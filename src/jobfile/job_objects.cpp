@@ -2,6 +2,9 @@
 #include "jobfile/job_fields.h"
 #include "jobfile/job_parts.h"
 
+#include "vellumlib/gps_position.h"
+#include "vellumlib/sheet_point.h"
+
 #include <algorithm>
 
 namespace {
@@ -116,6 +119,12 @@ void WritePTLPointOwn(CIEJobWriting& out, const CIEObject& object)
     JobFields::Write(out, params, kPTLFields);
 }
 
+void WriteGPSPositionOwn(CIEJobWriting& out, const CIEObject& object)
+{
+    WritePointOwn(out, object);
+    JobParts::WriteGPSFields(out, static_cast<const CIEGPSPosition&>(object));
+}
+
 template <class TPoint>
 std::unique_ptr<CIEObject> ReadPoint(CIEJobReading& in, const CIEJsonValue& value, const char* pKind)
 {
@@ -129,6 +138,10 @@ std::unique_ptr<CIEObject> ReadPoint(CIEJobReading& in, const CIEJsonValue& valu
             if (eMember == EJobMember::Unknown)
                 eMember = ReadMember(in, member, params, kPTLFields);
         }
+        if constexpr (std::is_same_v<TPoint, CIEGPSPosition>) {
+            if (eMember == EJobMember::Unknown)
+                eMember = JobParts::ReadGPSMember(in, member, *pPoint);
+        }
         return eMember;
     };
     if (!ReadMembers(in, value, pKind, *pPoint, readOwn))
@@ -138,6 +151,86 @@ std::unique_ptr<CIEObject> ReadPoint(CIEJobReading& in, const CIEJsonValue& valu
     if constexpr (std::is_same_v<TPoint, CIEPTLPoint>)
         pPoint->SetPTLParams(std::move(params.m_strFirst), std::move(params.m_strSecond), params.m_nCoordType);
     return pPoint;
+}
+
+constexpr TIEJobField<CIEOffsetStation> kOffsetFields[] = {
+    Value<CIEOffsetStation, &CIEOffsetStation::m_dDeltaNorth>("deltaNorth"),
+    Value<CIEOffsetStation, &CIEOffsetStation::m_dDeltaEast>("deltaEast"),
+    Value<CIEOffsetStation, &CIEOffsetStation::m_dDeltaHeight>("deltaHeight"),
+    Value<CIEOffsetStation, &CIEOffsetStation::m_dLineStation>("lineStation"),
+    Value<CIEOffsetStation, &CIEOffsetStation::m_dLineOffset>("lineOffset"),
+    Value<CIEOffsetStation, &CIEOffsetStation::m_dDeltaStation>("deltaStation"),
+    Value<CIEOffsetStation, &CIEOffsetStation::m_dDeltaOffset>("deltaOffset"),
+    Value<CIEOffsetStation, &CIEOffsetStation::m_dDistance>("distance"),
+};
+constexpr const char* kDesignKey = "design";
+constexpr const char* kMeasurementsKey = "measurements";
+
+void WriteSheetPointOwn(CIEJobWriting& out, const CIEObject& object)
+{
+    const auto& sheet = static_cast<const CIESheetPoint&>(object);
+    if (!sheet.GetStation(0))
+        return;
+    out.m_Text.Key(kDesignKey);
+    JobParts::WriteStation(out, *sheet.GetStation(0));
+    if (!sheet.GetStation(1))
+        return;
+    out.m_Text.Key(kMeasurementsKey);
+    out.m_Text.BeginArray();
+    for (int i = 1; const CIEOffsetStation* const pMeasurement = sheet.GetOffsetStation(i); ++i) {
+        out.m_Text.BeginObject();
+        JobParts::WriteNamedStationFields(out, *pMeasurement);
+        JobFields::Write(out, *pMeasurement, kOffsetFields);
+        out.m_Text.EndObject();
+    }
+    out.m_Text.EndArray();
+}
+
+bool ReadMeasurement(CIEJobReading& in, const CIEJsonValue& value, CIEOffsetStation& measurement)
+{
+    if (value.Is(CIEJsonTree::Array))
+        return JobParts::ReadStation(in, value, measurement);
+    if (!in.WantObject(value))
+        return false;
+    measurement.SetHeightUndefined();
+    for (const CIEJsonValue member : value) {
+        EJobMember eMember = JobParts::ReadNamedStationMember(in, member, measurement);
+        if (eMember == EJobMember::Unknown)
+            eMember = ReadMember(in, member, measurement, kOffsetFields);
+        if (eMember != EJobMember::Done)
+            return eMember == EJobMember::Unknown ? in.FailUnknownKey(member) : false;
+    }
+    return true;
+}
+
+/// The design point may stand behind its measurements.
+std::unique_ptr<CIEObject> ReadSheetPoint(CIEJobReading& in, const CIEJsonValue& value, const char* pKind)
+{
+    auto pSheet = std::make_unique<CIESheetPoint>();
+    std::vector<CIEOffsetStation> measurements;
+    const auto readMeasurement = [&](const CIEJsonValue& element) {
+        return ReadMeasurement(in, element, measurements.emplace_back());
+    };
+    const auto readOwn = [&](const CIEJsonValue& member) {
+        if (member.GetKey() == kMeasurementsKey)
+            return JobFields::ReadList(in, member, readMeasurement) ? EJobMember::Done : EJobMember::Failed;
+        if (member.GetKey() != kDesignKey)
+            return EJobMember::Unknown;
+        CIEStation design;
+        if (!JobParts::ReadStation(in, member, design))
+            return EJobMember::Failed;
+        pSheet->SetDesignStation(std::move(design));
+        return EJobMember::Done;
+    };
+    if (!ReadMembers(in, value, pKind, *pSheet, readOwn))
+        return nullptr;
+    for (CIEOffsetStation& measurement : measurements) {
+        if (!pSheet->AddOffsetStation(std::move(measurement))) {
+            in.Fail(*value.Find(kMeasurementsKey), "Measurements need a design point, which stands under design.");
+            return nullptr;
+        }
+    }
+    return pSheet;
 }
 
 void WriteLineOwn(CIEJobWriting& out, const CIEObject& object)
@@ -215,7 +308,8 @@ std::unique_ptr<CIEObject> ReadArc(CIEJobReading& in, const CIEJsonValue& value,
 constexpr TKind kKinds[] = {
     {"point", EIEObjectsType::DesignPoint, WritePointOwn, ReadPoint<CIEDesignPoint>},
     {"ptlPoint", EIEObjectsType::PTLPoint, WritePTLPointOwn, ReadPoint<CIEPTLPoint>},
-    {"gpsPosition", EIEObjectsType::GPSPosition, WritePointOwn, ReadPoint<CIEGPSPosition>},
+    {"gpsPosition", EIEObjectsType::GPSPosition, WriteGPSPositionOwn, ReadPoint<CIEGPSPosition>},
+    {"sheetPoint", EIEObjectsType::SheetPoint, WriteSheetPointOwn, ReadSheetPoint},
     {"polyline", EIEObjectsType::PolyLine, WriteLineOwn, ReadLine<CIEPolyLine>},
     {"polygon", EIEObjectsType::Polygon, WriteLineOwn, ReadLine<CIEPolygon>},
     {"arc", EIEObjectsType::Arc, WriteArcOwn, ReadArc},

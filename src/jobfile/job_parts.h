@@ -6,6 +6,8 @@
 #include <vector>
 
 class CIEAlignment;
+class CIEDataset;
+class CIEGPSPosition;
 
 namespace JobParts {
 
@@ -15,6 +17,7 @@ inline constexpr const char* kMark = "job";
 inline constexpr const char* kVersionKey = "version";
 inline constexpr int kVersion = 1;
 inline constexpr const char* kCurrentKey = "currentDataset";
+inline constexpr const char* kHistoryKey = "jobHistory"; // of a dataset
 
 // ---- sections of the document's frame; a section that would say nothing isn't written
 
@@ -44,6 +47,9 @@ bool ReadStation(CIEJobReading& in, const CIEJsonValue& value, CIEStation& stati
 /// because a document without one means just that.
 void WriteStationFields(CIEJobWriting& out, const CIEStation& station);
 EJobMember ReadStationMember(CIEJobReading& in, const CIEJsonValue& member, CIEStation& station);
+/// The same with the station's name among them, for those that stand in lists.
+void WriteNamedStationFields(CIEJobWriting& out, const CIEStation& station);
+EJobMember ReadNamedStationMember(CIEJobReading& in, const CIEJsonValue& member, CIEStation& station);
 
 // ---- objects of a dataset
 
@@ -54,6 +60,15 @@ bool ReadCodes(CIEJobReading& in, const CIEJsonValue& value, CIEObject& object);
 bool WriteObject(CIEJobWriting& out, const CIEObject& object);
 /// Null after a failure.
 std::unique_ptr<CIEObject> ReadObject(CIEJobReading& in, const CIEJsonValue& value);
+
+/// What a receiver said of a position.
+void WriteGPSFields(CIEJobWriting& out, const CIEGPSPosition& position);
+EJobMember ReadGPSMember(CIEJobReading& in, const CIEJsonValue& member, CIEGPSPosition& position);
+
+// ---- the history of a dataset; none isn't written
+
+void WriteJobHistory(CIEJobWriting& out, const char* pKey, const CIEDataset& dataset);
+bool ReadJobHistory(CIEJobReading& in, const CIEJsonValue& value, CIEDataset& dataset);
 
 // ---- roads
 

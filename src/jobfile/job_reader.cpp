@@ -59,6 +59,7 @@ const CIEJobReader::TRow* CIEJobReader::FindRow() const
         {Document, "datasets", DatasetList, CIEJsonTree::Array},
         {DatasetList, nullptr, Dataset, CIEJsonTree::Object},
         {Dataset, "name", Dataset, kAny},
+        {Dataset, JobParts::kHistoryKey, Dataset, kAny},
         {Dataset, "objects", ObjectList, CIEJsonTree::Array},
         {ObjectList, nullptr, ObjectList, kAny},
         {Dataset, "surfaces", SurfaceList, CIEJsonTree::Array},

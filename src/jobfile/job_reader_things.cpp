@@ -68,6 +68,8 @@ bool CIEJobReader::Deliver()
     CIEStation position;
     switch (level.m_eLevel) {
     case Dataset:
+        if (level.m_strKey == JobParts::kHistoryKey)
+            return JobParts::ReadJobHistory(m_In, value, *m_pDataset);
         if (!m_In.Read(value, name))
             return false;
         m_pDataset->SetName(std::move(name));

@@ -67,12 +67,23 @@ EJobMember JobParts::ReadStationMember(CIEJobReading& in, const CIEJsonValue& me
     return ReadMember(in, member, station, kStationFields);
 }
 
+void JobParts::WriteNamedStationFields(CIEJobWriting& out, const CIEStation& station)
+{
+    JobFields::Write(out, station, kStationName);
+    WriteStationFields(out, station);
+}
+
+EJobMember JobParts::ReadNamedStationMember(CIEJobReading& in, const CIEJsonValue& member, CIEStation& station)
+{
+    const EJobMember eMember = ReadStationMember(in, member, station);
+    return eMember == EJobMember::Unknown ? ReadMember(in, member, station, kStationName) : eMember;
+}
+
 void JobParts::WriteStation(CIEJobWriting& out, const CIEStation& station)
 {
     if (!IsBare(station)) {
         out.m_Text.BeginObject();
-        JobFields::Write(out, station, kStationName);
-        WriteStationFields(out, station);
+        WriteNamedStationFields(out, station);
         out.m_Text.EndObject();
         return;
     }
@@ -97,9 +108,7 @@ bool JobParts::ReadStation(CIEJobReading& in, const CIEJsonValue& value, CIEStat
     if (!value.Is(CIEJsonTree::Object))
         return in.Fail(value, "A station is wanted here: [north, east, height] or an object in { }.");
     for (const CIEJsonValue member : value) {
-        EJobMember eMember = ReadMember(in, member, station, kStationFields);
-        if (eMember == EJobMember::Unknown)
-            eMember = ReadMember(in, member, station, kStationName);
+        const EJobMember eMember = ReadNamedStationMember(in, member, station);
         if (eMember != EJobMember::Done)
             return eMember == EJobMember::Unknown ? in.FailUnknownKey(member) : false;
     }

@@ -68,6 +68,7 @@ void CIEJobWriter::WriteDataset(const CIEDataset& dataset)
     WriteObjects(dataset);
     WriteSurfaces(dataset);
     WriteAlignments(dataset);
+    JobParts::WriteJobHistory(m_Out, JobParts::kHistoryKey, dataset);
     m_Out.m_Text.EndObject();
 }
 

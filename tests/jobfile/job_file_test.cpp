@@ -133,6 +133,20 @@ TEST(JobFile, TheRichJobComesBack)
     EXPECT_EQ(dataset.FindObject("ptl")->GetType(), EIEObjectsType::PTLPoint);
     EXPECT_EQ(dataset.GetObjectAt(4)->GetStation(0)->GetName(), "corner");
     EXPECT_EQ(static_cast<CIEArc*>(dataset.GetObjectAt(6))->GetData(CIEArc::EndAngle), 13.5);
+    const auto& gps = static_cast<const CIEGPSPosition&>(*dataset.FindObject("gps"));
+    CIEGPSPosition expected;
+    JobSamples::FillGPSData(expected);
+    EXPECT_TRUE(gps.HasSameGPSData(expected));
+    EXPECT_EQ(static_cast<CIEGPSPosition*>(dataset.FindObject("heard"))->GetRawDataType(), 1);
+    EXPECT_TRUE(static_cast<CIEGPSPosition*>(dataset.FindObject("measured"))->HasCV());
+    const auto& sheet = static_cast<const CIESheetPoint&>(*dataset.FindObject("stake"));
+    ASSERT_EQ(sheet.GetNumberOfStations(), 3);
+    EXPECT_EQ(sheet.GetStation(0)->GetName() + sheet.GetStation(1)->GetNotes(), "cornerunder \\ the tree");
+    EXPECT_EQ(sheet.GetOffsetStation(1)->m_dDeltaHeight, 2.5);
+    EXPECT_EQ(sheet.GetOffsetStation(1)->m_dDistance, 7.5);
+    EXPECT_EQ(dataset.FindObject("bare sheet")->GetStation(0), nullptr);
+    EXPECT_EQ(dataset.GetJobHistory()->GetJHTables(), job.GetDatasetAt(1)->GetJobHistory()->GetJHTables());
+    EXPECT_NE(back.GetDatasetAt(0)->GetJobHistory(), nullptr);
     EXPECT_EQ(dataset.GetSurfaceAt(0)->GetTriangleAt(0)->GetPosition(2), -1);
 
     const CIEAlignment& road = *dataset.GetAlignmentAt(0);

@@ -163,6 +163,16 @@ TEST(JobRefusals, PlacesAreExact)
         {Objects(R"({"point":"1","codes":[{"strings":[]}]})"), "/datasets/0/objects/0/codes/0"},
         {Objects(R"({"point":"1","codes":[{"name":"A","control":["a","b","c"]}]})"),
          "/datasets/0/objects/0/codes/0/control"},
+        {Objects(R"({"point":"1","time":"2026-11-22 09:31:07"})"), "/datasets/0/objects/0/time"},
+        {Objects(R"({"gpsPosition":"1","satellites":{"solution":"fixd"}})"),
+         "/datasets/0/objects/0/satellites/solution"},
+        {Objects(R"({"sheetPoint":"1","north":1})"), "/datasets/0/objects/0/north"},
+        {Objects(R"({"sheetPoint":"1","measurements":[[1,2]]})"), "/datasets/0/objects/0/measurements"},
+        {Objects(R"({"sheetPoint":"1","measurements":[{"radius":1}],"design":[1,2]})"),
+         "/datasets/0/objects/0/measurements/0/radius"},
+        {Objects(R"({"sheetPoint":"1","design":{"deltaNorth":1}})"), "/datasets/0/objects/0/design/deltaNorth"},
+        {Marked(R"("datasets":[{"jobHistory":{"tables":[{"tags":[{"value":1}]}]}}])"),
+         "/datasets/0/jobHistory/tables/0/tags/0/value"},
         {Surface(R"("triangles":[[0,1]])"), "/datasets/0/surfaces/0/triangles/0"},
         {Surface(R"("triangles":[[0,0,0],[0,0,1]],"positions":[[1,2]])"), "/datasets/0/surfaces/0/triangles/1/2"},
         {Surface(R"("positions":[[1,2]],"triangles":[[0,-2,0]])"), "/datasets/0/surfaces/0/triangles/0/1"},
@@ -178,6 +188,21 @@ TEST(JobRefusals, PlacesAreExact)
     };
     for (const TCase& row : cases)
         EXPECT_EQ(Refusal(row.m_strText).m_strPlace, row.m_strPlace) << row.m_strText;
+}
+
+TEST(JobRefusals, OnlyDatesAndTimesInFull)
+{
+    const auto document = [](const CString& text) { return Objects(R"({"gpsPosition":"1","time":")" + text + "\"}"); };
+    for (const char* text : {"2026-11-22 09:31:07", "2026-11-22 09:31:07.000", "2024-02-29 23:59:60.999"}) {
+        CIEData job;
+        EXPECT_EQ(CIEJobFile::FromText(job, document(text)), IE_OK) << text;
+        EXPECT_TRUE(static_cast<CIEGPSPosition*>(job.GetDatasetAt(0)->GetObjectAt(0))->HasTime());
+    }
+    for (const char* text :
+         {"", "2026-11-22", "2026-11-22 09:31", "2026-11-22T09:31:07", "2026-11-22 09:31:07.1", "2026-11-22 09:31:07 ",
+          "26-11-22 09:31:07", "2026-13-22 09:31:07", "2025-02-29 09:31:07", "2026-11-22 24:00:00",
+          "0000-00-00 00:00:00", "2026-11-22 -9:31:07", "2026-11-22 09:31:07.0000", "2026-11-22 09:3a:07"})
+        EXPECT_EQ(Refusal(document(text)).m_strPlace, "/datasets/0/objects/0/time") << text;
 }
 
 TEST(JobRefusals, DuplicateKeysAreFound)

@@ -79,6 +79,29 @@ inline void FillStation(CIEStation& station)
     station.SetStationType(7);
 }
 
+inline void FillGPSData(CIEGPSPosition& position)
+{
+    position.SetCV({0.0004, 0.0009, 0.0025, -1e-5, 2e-5, 3e-5});
+    (void)position.SetTime({2026, 11, 22, 9, 31, 7, 50});
+    position.SetDOP({2.5, 1.5, 1.25, 1.75});
+    position.SetSolutionType(CIEGPSPosition::Fixed);
+    position.SetNumberOfGpsSats(9);
+    position.SetNumberOfGlonassSats(4);
+}
+
+inline CIEOffsetStation MakeOffsetStation(CIEStation station, double dFirst)
+{
+    CIEOffsetStation measurement(std::move(station));
+    double CIEOffsetStation::*const values[] = {
+        &CIEOffsetStation::m_dDeltaNorth,  &CIEOffsetStation::m_dDeltaEast,  &CIEOffsetStation::m_dDeltaHeight,
+        &CIEOffsetStation::m_dLineStation, &CIEOffsetStation::m_dLineOffset, &CIEOffsetStation::m_dDeltaStation,
+        &CIEOffsetStation::m_dDeltaOffset, &CIEOffsetStation::m_dDistance,
+    };
+    for (double CIEOffsetStation::*const pValue : values)
+        measurement.*pValue = dFirst++;
+    return measurement;
+}
+
 inline CIEAlignment& AddRichAlignment(CIEDataset& dataset, const CIERoadTemplatesDictionary& templates)
 {
     CIEAlignment& road = *dataset.Add(std::make_unique<CIEAlignment>());
@@ -175,7 +198,7 @@ inline void FillRichJob(CIEData& job)
     kerb.AddCodeString("1");
     kerb.AddCodeString("");
     kerb.SetControlCode(1, "END");
-    AddPoint<CIEGPSPosition>(dataset, "gps");
+    FillGPSData(AddPoint<CIEGPSPosition>(dataset, "gps"));
     AddPoint<CIEPTLPoint>(dataset, "ptl").SetPTLParams("1", "gps", CIEPTLPoint::PointToLine);
     CIEStation named = MakeStation("corner", 1, 2, 3);
     FillStation(named);
@@ -188,6 +211,22 @@ inline void FillRichJob(CIEData& job)
     for (int i = 0; i < CIEArc::kDataTypes; ++i)
         pArc->SetData(i, 4.5 * (i + 1));
     dataset.Add(std::move(pArc));
+
+    auto pSheet = std::make_unique<CIESheetPoint>();
+    pSheet->SetName("stake");
+    pSheet->SetDesignStation(named);
+    pSheet->AddOffsetStation(MakeOffsetStation(named, 0.5));
+    pSheet->AddOffsetStation(CIEOffsetStation());
+    dataset.Add(std::move(pSheet));
+    dataset.Add(std::make_unique<CIESheetPoint>())->SetName("bare sheet");
+    AddPoint<CIEGPSPosition>(dataset, "heard", 1, 2, 3).SetRawDataType(CIEGPSPosition::SatelliteData);
+    AddPoint<CIEGPSPosition>(dataset, "measured", 1, 2, 3).SetCV({});
+
+    auto pHistory = std::make_unique<CIEJobHistory>();
+    pHistory->AddJHTable({"Stakeout", "stake", {{"cut", "fill", "0.5, 1"}, {}}});
+    pHistory->AddJHTable({});
+    dataset.SetJobHistory(std::move(pHistory));
+    job.GetDatasetAt(0)->SetJobHistory(std::make_unique<CIEJobHistory>());
 
     CIESurface& surface = *dataset.Add(std::make_unique<CIESurface>());
     surface.SetName("ground");
@@ -252,13 +291,57 @@ inline CIEStation RandomStation(CRandom& random, bool bNamed)
     return station;
 }
 
+inline std::unique_ptr<CIEObject> RandomGPSPosition(CRandom& random)
+{
+    auto pPosition = std::make_unique<CIEGPSPosition>(RandomStation(random, false));
+    if (random.OneIn(3))
+        pPosition->SetCV({random.Number(), random.Number(), random.Number(), 0, random.Number(), 0});
+    if (random.OneIn(3))
+        (void)pPosition->SetTime({1 + random.Below(9999), 1 + random.Below(12), 1 + random.Below(28), random.Below(24),
+                                  random.Below(60), random.Below(61), random.OneIn(2) ? random.Below(1000) : 0});
+    if (random.OneIn(3))
+        pPosition->SetDOP({0, random.Number(), random.Number(), random.Number()});
+    if (random.OneIn(3))
+        pPosition->SetSolutionType(random.Below(11)); // 9 and 10 have no word
+    if (random.OneIn(3))
+        pPosition->SetNumberOfGpsSats(random.Below(30));
+    if (random.OneIn(3))
+        pPosition->SetNumberOfGlonassSats(random.Below(30));
+    return pPosition;
+}
+
+inline std::unique_ptr<CIEObject> RandomSheetPoint(CRandom& random)
+{
+    auto pSheet = std::make_unique<CIESheetPoint>();
+    if (random.OneIn(4))
+        return pSheet;
+    pSheet->SetDesignStation(RandomStation(random, true));
+    for (int i = random.Below(4); i > 0; --i)
+        pSheet->AddOffsetStation(MakeOffsetStation(RandomStation(random, true), random.Number()));
+    return pSheet;
+}
+
+inline std::unique_ptr<CIEJobHistory> RandomJobHistory(CRandom& random)
+{
+    auto pHistory = std::make_unique<CIEJobHistory>();
+    for (int i = random.Below(4); i > 0; --i) {
+        TIEJobHistoryTable table{random.Text(), random.Text(), {}};
+        for (int k = random.Below(4); k > 0; --k)
+            table.m_Tags.push_back({random.Text(), random.Text(), random.Text()});
+        pHistory->AddJHTable(std::move(table));
+    }
+    return pHistory;
+}
+
 inline std::unique_ptr<CIEObject> RandomObject(CRandom& random)
 {
-    switch (random.Below(6)) {
+    switch (random.Below(7)) {
     case 0:
         return std::make_unique<CIEDesignPoint>(RandomStation(random, false));
     case 1:
-        return std::make_unique<CIEGPSPosition>(RandomStation(random, false));
+        return RandomGPSPosition(random);
+    case 4:
+        return RandomSheetPoint(random);
     case 2: {
         auto pPoint = std::make_unique<CIEPTLPoint>(RandomStation(random, false));
         pPoint->SetPTLParams(random.Text(), random.Text(), random.Below(3)); // 2 has no word
@@ -318,6 +401,8 @@ inline void FillRandomJob(CIEData& job, unsigned nSeed)
             if (random.OneIn(5))
                 object.SetStateType(random.Below(4)); // 2 and 3 have no word
         }
+        if (random.OneIn(3))
+            dataset.SetJobHistory(RandomJobHistory(random));
         for (int k = random.Below(3); k > 0; --k) {
             CIESurface& surface = *dataset.Add(std::make_unique<CIESurface>());
             surface.SetName(random.Text());
