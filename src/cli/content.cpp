@@ -51,6 +51,8 @@ TContent LookInto(const CIEDataset& dataset)
     content.m_nElements = dataset.GetNumberOfElements(-1, 2, false, false);
     content.m_nSurfaces = dataset.GetNumberOfSurfaces();
     content.m_nAlignments = dataset.GetNumberOfAlignments();
+    if (dataset.GetJobHistory())
+        content.m_nHistoryTables = static_cast<int>(dataset.GetJobHistory()->GetJHTables().size());
     for (int i = 0; const CIEObject* const pObject = dataset.GetObjectAt(i); ++i) {
         ++CountOf(content, pObject->GetType());
         content.m_nStations += pObject->GetNumberOfStations();
@@ -73,7 +75,7 @@ std::string DescribeContent(const CIEData& job)
         const TContent content = LookInto(*pDataset);
         for (int TContent::*pCount :
              {&TContent::m_nPoints, &TContent::m_nLines, &TContent::m_nPolygons, &TContent::m_nArcs,
-              &TContent::m_nOthers, &TContent::m_nSurfaces, &TContent::m_nAlignments})
+              &TContent::m_nOthers, &TContent::m_nSurfaces, &TContent::m_nAlignments, &TContent::m_nHistoryTables})
             all.*pCount += content.*pCount;
     }
     std::string text;
@@ -84,6 +86,7 @@ std::string DescribeContent(const CIEData& job)
     Append(text, all.m_nOthers, "composite object");
     Append(text, all.m_nSurfaces, "surface");
     Append(text, all.m_nAlignments, "alignment");
+    Append(text, all.m_nHistoryTables, "job history table");
     return text.empty() ? "nothing" : text;
 }
 

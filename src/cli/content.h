@@ -23,6 +23,7 @@ struct TContent {
     int m_nOthers = 0;
     int m_nSurfaces = 0;
     int m_nAlignments = 0;
+    int m_nHistoryTables = 0;
     int m_nStations = 0;
     /// Metres, or decimal degrees in a geographic job; of objects on the ground, so not of those that a block is made
     /// of.

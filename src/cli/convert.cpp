@@ -100,7 +100,7 @@ EExit CConversion::Write(std::unique_ptr<CIEData> pJob)
                                        " wasn't written: the input holds nothing of what --types asks for");
     }
     if (!m_Out.IsJob())
-        DropEmptyDatasets(*pJob, m_Messages);
+        DropEmptyDatasets(*pJob, m_Out, m_Arguments.m_strOut, m_ExportWatch, m_Messages);
     SetUpOutput(*pJob, m_Arguments.m_Job);
     const TIESettings& settings = pJob->GetSettings();
     if (m_Out.IsDelimited() && settings.m_bAttrQuotes && !settings.m_bAttrTypes)

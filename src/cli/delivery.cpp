@@ -101,13 +101,25 @@ EExit Explain(EExit eExit, const std::string& strOut, const TForm& form, EIEResu
 
 namespace Cli {
 
-void DropEmptyDatasets(CIEData& job, const CMessages& messages)
+void DropEmptyDatasets(CIEData& job, const TForm& form, const std::string& strOut, CWatch& watch,
+                       const CMessages& messages)
 {
+    const bool bHistory = form.m_pRow && (form.m_pRow->m_nCarries & CARRIES_JOB_HISTORY);
     for (int i = job.GetNumberOfDatasets() - 1; i >= 0; --i) {
-        if (!IsEmpty(*job.GetDatasetAt(i)))
+        const CIEDataset& dataset = *job.GetDatasetAt(i);
+        if (!IsEmpty(dataset) || (bHistory && dataset.GetJobHistory()))
             continue;
-        if (job.GetNumberOfDatasets() > 1)
-            messages.Say(fmt::format("the dataset \"{}\" is empty, and isn't written", job.GetDatasetAt(i)->GetName()));
+        if (dataset.GetJobHistory()) {
+            TIENote note;
+            note.m_eKind = TIENote::LeftOut;
+            note.m_pCode = "dataset.job-history";
+            note.m_strFile = strOut;
+            note.m_strRecord = dataset.GetName();
+            note.m_strReason = "the form doesn't hold the job history of this dataset, which has nothing else";
+            watch.OnNote(note);
+        } else if (job.GetNumberOfDatasets() > 1) {
+            messages.Say(fmt::format("the dataset \"{}\" is empty, and isn't written", dataset.GetName()));
+        }
         job.RemoveDataset(i);
     }
     job.SetCurDataset(0);

@@ -19,8 +19,10 @@ struct TDelivery {
     std::vector<std::string> m_Files; ///< the files in their place; none if anything failed
 };
 
-/// Takes out datasets that hold nothing, and says so: an export of all datasets into one file ends at an empty one.
-void DropEmptyDatasets(CIEData& job, const CMessages& messages);
+/// Takes out datasets that hold nothing that the form takes, and says so: an export of all datasets into one file ends
+/// at an empty one. A job history that goes with them is told to the watch as left out of `strOut`.
+void DropEmptyDatasets(CIEData& job, const TForm& form, const std::string& strOut, CWatch& watch,
+                       const CMessages& messages);
 
 /// Writes the job beside the target and moves the files to their place if all went well and the command line has
 /// nothing against the losses. The watch listens; it must have been made with this staging folder.

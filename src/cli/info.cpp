@@ -24,9 +24,11 @@ TJson ToJson(const CIEDataset& dataset)
     if (content.m_North)
         extent = {
             {"north", ToJson(content.m_North)}, {"east", ToJson(content.m_East)}, {"height", ToJson(content.m_Height)}};
-    return {{"name", dataset.GetName()},       {"elements", content.m_nElements},     {"points", content.m_nPoints},
-            {"polylines", content.m_nLines},   {"polygons", content.m_nPolygons},     {"arcs", content.m_nArcs},
-            {"surfaces", content.m_nSurfaces}, {"alignments", content.m_nAlignments}, {"stations", content.m_nStations},
+    return {{"name", dataset.GetName()},       {"elements", content.m_nElements},
+            {"points", content.m_nPoints},     {"polylines", content.m_nLines},
+            {"polygons", content.m_nPolygons}, {"arcs", content.m_nArcs},
+            {"surfaces", content.m_nSurfaces}, {"alignments", content.m_nAlignments},
+            {"stations", content.m_nStations}, {"history_tables", content.m_nHistoryTables},
             {"extent", std::move(extent)}};
 }
 
@@ -120,6 +122,7 @@ void AddDataset(std::string& text, const CIEDataset& dataset, const CIEData& job
     AddCount(text, "Others", content.m_nOthers);
     AddCount(text, "Surfaces", content.m_nSurfaces);
     AddCount(text, "Alignments", content.m_nAlignments);
+    AddCount(text, "History", content.m_nHistoryTables);
     AddRow(text, "Stations", fmt::format("{}", content.m_nStations));
     AddRange(text, "North", content.m_North, job, IsGeographic(job));
     AddRange(text, "East", content.m_East, job, IsGeographic(job));

@@ -206,6 +206,8 @@ void KeepKinds(CIEData& job, unsigned nKinds)
             pDataset->RemoveSurfaces();
         if (!(nKinds & KIND_ALIGNMENTS))
             pDataset->RemoveAlignments();
+        if (!(nKinds & KIND_HISTORY))
+            pDataset->SetJobHistory(nullptr);
     }
     if (!(nKinds & KIND_TEMPLATES))
         job.AttachIERoadTemplatesDictionary(nullptr);

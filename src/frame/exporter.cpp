@@ -37,8 +37,7 @@ void CIEExporter::NoteDatasets(int nFirst) const
         else if (bAll)
             Losses::NoteUnreached(*m_pData, m_strFileName, *pDataset,
                                   i < nFirst ? "the run began behind its dataset \"" + pDataset->GetName() + "\""
-                                             : "a dataset without objects ended the file ahead of its dataset \"" +
-                                                   pDataset->GetName() + "\"");
+                                             : "the file ended ahead of its dataset \"" + pDataset->GetName() + "\"");
     }
 }
 

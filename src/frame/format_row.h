@@ -36,6 +36,10 @@ enum EIECarries : unsigned {
     CARRIES_TIME_STAMPS = 1U << 16,
     CARRIES_POINT_KINDS = 1U << 17, ///< a point-to-line point or a GPS position comes back as one
     CARRIES_DATASETS = 1U << 18,    ///< the datasets of one file come back apart, with their names
+    CARRIES_SHEET_POINTS = 1U << 19,
+    /// what a receiver said of a GPS position; without CARRIES_POINTS, GPS positions are the only points
+    CARRIES_GPS_DATA = 1U << 20,
+    CARRIES_JOB_HISTORY = 1U << 21,
     CARRIES_CODE_STRINGS = 1U << 24,
     CARRIES_CONTROL_CODES = 1U << 25,
     CARRIES_RELATIVE_POINTS = 1U << 26, ///< a point-to-line point comes back as one

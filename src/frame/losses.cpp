@@ -6,14 +6,17 @@
 
 namespace {
 
+/// The bits each of which lets an object in.
 unsigned KindOf(const CIEObject& object)
 {
     switch (object.GetType()) {
     case EIEObjectsType::DesignPoint:
     case EIEObjectsType::PTLPoint:
-    case EIEObjectsType::GPSPosition:
-    case EIEObjectsType::SheetPoint:
         return CARRIES_POINTS;
+    case EIEObjectsType::GPSPosition:
+        return CARRIES_POINTS | CARRIES_GPS_DATA;
+    case EIEObjectsType::SheetPoint:
+        return CARRIES_SHEET_POINTS;
     case EIEObjectsType::PolyLine:
         return CARRIES_LINES;
     case EIEObjectsType::Polygon:
@@ -167,6 +170,10 @@ void NoteObject(const CIEData& job, const CString& strFile, const CIEObject& obj
     if (bRelative || (object.GetType() == EIEObjectsType::GPSPosition && !(nCarries & CARRIES_POINT_KINDS)))
         notes.Add(TIENote::Changed, "object.point-kind", strName,
                   "the form holds this " + strWord + " as a plain point");
+    if (!(nCarries & CARRIES_GPS_DATA) && object.GetType() == EIEObjectsType::GPSPosition &&
+        static_cast<const CIEGPSPosition&>(object).HasGPSData())
+        notes.AddLeftOut("object.gps-data", strName,
+                         "the form doesn't hold accuracy, time and satellites of this " + strWord);
 }
 
 void NoteDataset(const CIEData& job, const CString& strFile, const CIEDataset& dataset, unsigned nCarries)
@@ -180,6 +187,9 @@ void NoteDataset(const CIEData& job, const CString& strFile, const CIEDataset& d
         for (int i = 0; const CIEAlignment* const pAlignment = dataset.GetAlignmentAt(i); ++i)
             notes.AddLeftOut("object.kind", pAlignment->GetName(), "the form doesn't hold an alignment");
     }
+    if (!(nCarries & CARRIES_JOB_HISTORY) && dataset.GetJobHistory())
+        notes.AddLeftOut("dataset.job-history", dataset.GetName(),
+                         "the form doesn't hold the job history of this dataset");
 }
 
 void NoteUnreached(const CIEData& job, const CString& strFile, const CIEDataset& dataset, const CString& strReason)
@@ -192,6 +202,8 @@ void NoteUnreached(const CIEData& job, const CString& strFile, const CIEDataset&
         notes.AddLeftOut(kCode, pSurface->GetName(), strReason);
     for (int i = 0; const CIEAlignment* const pAlignment = dataset.GetAlignmentAt(i); ++i)
         notes.AddLeftOut(kCode, pAlignment->GetName(), strReason);
+    if (dataset.GetJobHistory())
+        notes.AddLeftOut(kCode, dataset.GetName(), strReason + ", whose job history is left out");
 }
 
 void NoteJob(const CIEData& job, const CString& strFile, unsigned nCarries)

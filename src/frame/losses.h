@@ -7,7 +7,7 @@ namespace Losses {
 
 /// What of an object a form with these EIECarries bits doesn't hold: the object itself, its codes, its layer ...
 void NoteObject(const CIEData& job, const CString& strFile, const CIEObject& object, unsigned nCarries);
-/// The surfaces and alignments of a dataset that was written.
+/// The surfaces, the alignments and the job history of a dataset that was written.
 void NoteDataset(const CIEData& job, const CString& strFile, const CIEDataset& dataset, unsigned nCarries);
 /// All that a dataset holds to which the run didn't come.
 void NoteUnreached(const CIEData& job, const CString& strFile, const CIEDataset& dataset, const CString& strReason);

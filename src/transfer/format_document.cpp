@@ -31,6 +31,9 @@ constexpr std::pair<unsigned, std::string_view> kWords[] = {
     {CARRIES_POINT_KINDS, "kinds of points"},
     {CARRIES_RELATIVE_POINTS, "point-to-line points"},
     {CARRIES_DATASETS, "datasets"},
+    {CARRIES_SHEET_POINTS, "sheet points"},
+    {CARRIES_GPS_DATA, "GPS data"},
+    {CARRIES_JOB_HISTORY, "job history"},
 };
 
 std::vector<std::string_view> GetExtensions(const TIEFormatRow& row)

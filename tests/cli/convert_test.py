@@ -132,6 +132,21 @@ class Convert(ProgramTest):
                 dataset = self.info("out.job.json")["job"]["datasets"][0]
                 self.assertEqual((dataset["points"], dataset["polylines"], dataset["polygons"]), expected)
 
+    def test_types_take_a_job_history_or_leave_it(self):
+        job = self.make_job("First", "Only history", "Last")
+        job["datasets"][1] = {"name": "Only history", "jobHistory": {"tables": [{"title": "Stakeout"}]}}
+        self.write("in.job.json", json.dumps(job))
+        for types, expected in (("points", [(2, 0), (0, 0), (2, 0)]), ("history", [(0, 0), (0, 1), (0, 0)])):
+            with self.subTest(types):
+                self.check(DONE, "convert", "in.job.json", "out.job.json", "--types", types, "--overwrite")
+                self.assertEqual([(dataset["points"], dataset["history_tables"])
+                                  for dataset in self.info("out.job.json")["job"]["datasets"]], expected)
+        # a form without it loses it, and nothing else
+        answer = self.check(DONE, "convert", "in.job.json", "out.sim")
+        self.assertEqual(self.read("out.sim").count(b"A01,"), 4)
+        self.assertIn("out.sim: left out: \"Only history\"", answer.err)
+        self.check(LOSS, "convert", "in.job.json", "lost.sim", "--fail-on", "loss")
+
     def test_replaces_the_input_itself(self):
         self.write("in.txt", POINTS)
         self.check(DONE, "convert", "in.txt", "in.txt", "--to", "delimited", "--overwrite", "--layout", "name,height")

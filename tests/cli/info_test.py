@@ -18,7 +18,7 @@ class Info(ProgramTest):
         self.assertEqual((told["job"]["codes"], told["job"]["layers"]), (["TREE", "HOUSE", "EDGE"], []))
         self.assertEqual(told["job"]["datasets"], [{
             "name": "Import dataset", "elements": 4, "points": 2, "polylines": 1, "polygons": 1, "arcs": 0, "surfaces": 0,
-            "alignments": 0, "stations": 8,
+            "alignments": 0, "stations": 8, "history_tables": 0,
             "extent": {"north": [-5.0, 101.0], "east": [0.0, 201.0], "height": [-4.0, 11.0]}}])
         self.assertEqual({key: told["notes"][key] for key in ("refused", "changed", "left_out", "items")},
                          {"refused": 0, "changed": 0, "left_out": 0, "items": []})

@@ -83,6 +83,8 @@ public:
         pSurface->SetName("surface");
         if (Roll(m_Random, 4) == 0)
             dataset.Add(std::move(pSurface));
+        if (Roll(m_Random, 4) == 0)
+            dataset.SetJobHistory(MakeHistory(3));
         return pJob;
     }
 
@@ -137,7 +139,10 @@ private:
         if (nKind < 11) {
             pObject = std::make_unique<CIEDesignPoint>(MakeStation(nPlace));
         } else if (nKind < 13) {
-            pObject = std::make_unique<CIEGPSPosition>(MakeStation(nPlace));
+            auto pPosition = std::make_unique<CIEGPSPosition>(MakeStation(nPlace));
+            if (Roll(m_Random, 2) == 0)
+                pPosition->SetNumberOfGpsSats(Roll(m_Random, 20));
+            pObject = std::move(pPosition);
         } else if (nKind == 13) {
             auto pPoint = std::make_unique<CIEPTLPoint>(MakeStation(nPlace));
             pPoint->SetPTLParams("P1", Text("P2"), Roll(m_Random, 2));
@@ -146,6 +151,12 @@ private:
             auto pArc = std::make_unique<CIEArc>();
             pArc->SetStation(MakeStation(nPlace));
             pObject = std::move(pArc);
+        } else if (nKind == 15) {
+            auto pSheet = std::make_unique<CIESheetPoint>();
+            pSheet->SetDesignStation(MakeStation(nPlace));
+            for (int n = Roll(m_Random, 3); n > 0; --n)
+                pSheet->AddOffsetStation(CIEOffsetStation(MakeStation(nPlace)));
+            pObject = std::move(pSheet);
         } else {
             auto pLine = std::make_unique<CIEPolyLine>();
             for (int n = m_Variant.m_bOdd ? Roll(m_Random, 5) : 2 + Roll(m_Random, 4); n > 0; --n)
@@ -212,6 +223,10 @@ public:
                 found.push_back(pObject);
         }
         const CIEDataset& dataset = *m_Job.GetDatasetAt(0);
+        const CIEDataset* const pBack = back.GetDatasetAt(0);
+        if (dataset.GetJobHistory() && !(pBack && pBack->GetJobHistory()) &&
+            !IsTold(dataset.GetName(), "dataset.job-history"))
+            return "job history";
         std::size_t nAtMost = 0; // a note is on a name, which an object that came back may share
         bool bSome = false;      // something came back in another shape, so that counting makes no sense
         for (int i = 0; const CIEObject* const pObject = dataset.GetObjectAt(i); ++i) {
@@ -247,6 +262,14 @@ private:
                std::abs(left.m_dEast - right.m_dEast) <= m_dTolerance;
     }
 
+    static bool IsSameGPSData(const CIEObject& object, const CIEObject& back)
+    {
+        const auto* const pPosition = dynamic_cast<const CIEGPSPosition*>(&object);
+        const auto* const pBack = dynamic_cast<const CIEGPSPosition*>(&back);
+        const CIEGPSPosition none;
+        return (pPosition ? *pPosition : none).HasSameGPSData(pBack ? *pBack : none);
+    }
+
     [[nodiscard]] CString FindLoss(const CIEObject& object, const CIEObject& back) const
     {
         if (object.GetNumberOfStations() != back.GetNumberOfStations())
@@ -258,6 +281,7 @@ private:
         };
         const auto isSameHeight = [](double dLeft, double dRight) { return std::abs(dLeft - dRight) <= 5.01e-4; };
         check("object.point-kind", object.GetType() == back.GetType());
+        check("object.gps-data", IsSameGPSData(object, back));
         check("object.name", object.GetName() == back.GetName());
         const CIELayer *const pLayer = object.GetLayer(), *const pBackLayer = back.GetLayer();
         check("object.layer", !pLayer || (pBackLayer && pLayer->GetName() == pBackLayer->GetName()));
@@ -479,6 +503,9 @@ const TKind kKinds[] = {
     {CARRIES_GEOID_HEIGHTS, "object.geoid-height A", [](CIEData&, CIEDataset& set) { AddChanged(set, [](auto& station) { station.SetGeoidHeight(9); }); }},
     {CARRIES_TIME_STAMPS, "object.time-stamps A", [](CIEData&, CIEDataset& set) { AddChanged(set, [](auto& station) { station.SetTimeStamps("7:00"); }); }},
     {CARRIES_UNDEFINED_HEIGHTS, "object.no-height A", [](CIEData&, CIEDataset& set) { AddChanged(set, [](auto& station) { station.SetHeightUndefined(); }); }},
+    {CARRIES_SHEET_POINTS, "object.kind A", [](CIEData&, CIEDataset& set) { set.Add(std::make_unique<CIESheetPoint>())->SetName("A"); }},
+    {CARRIES_GPS_DATA, "object.gps-data A", [](CIEData&, CIEDataset& set) { AddPoint<CIEGPSPosition>(set, "A").SetCV({}); }},
+    {CARRIES_JOB_HISTORY, "dataset.job-history Site", [](CIEData&, CIEDataset& set) { set.SetJobHistory(std::make_unique<CIEJobHistory>()); }},
     {CARRIES_POINT_KINDS, "object.point-kind A", [](CIEData&, CIEDataset& set) { AddChanged<CIEGPSPosition>(set, [](auto&) {}); }},
     {CARRIES_DATASETS, "job.datasets ", [](CIEData& job, CIEDataset& set) {
         AddPoint(set, "A"); AddPoint(*job.AddDataset(std::make_unique<CIEDataset>("Second")), "B"); job.SetCurDataset(0); }},

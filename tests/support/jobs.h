@@ -67,6 +67,15 @@ TLine& AddLine(CIEDataset& dataset, const CString& name, std::initializer_list<C
     return static_cast<TLine&>(*dataset.Add(std::move(pLine)));
 }
 
+/// A history of tables that say P0 to Pn.
+inline std::unique_ptr<CIEJobHistory> MakeHistory(int nTables)
+{
+    auto pHistory = std::make_unique<CIEJobHistory>();
+    for (int i = 0; i < nTables; ++i)
+        pHistory->AddJHTable({"Stakeout", "P" + std::to_string(i), {{"cut", "", "0.5"}}});
+    return pHistory;
+}
+
 inline CIECodeDescription* AddCode(CIEData& job, const CString& name,
                                    std::initializer_list<CIEAttrDescription> attributes = {})
 {
