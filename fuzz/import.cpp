@@ -31,7 +31,7 @@ const IEAsciiFields::TFields kLayouts[] = {
     {Name, Notes},
     {Name, Codes, North, East, CodesWithAll},
     {},
-    {FirstGPS, LastGPS, Name},
+    {HorizontalRMS, GlonassSatellites, Name},
     {Name, LastField},
     {Name},
     {CodesWithAll},

@@ -20,14 +20,46 @@ public:
         CodesWithStrings = 7,    ///< and their code strings
         CodesWithAttributes = 8, ///< names and attributes
         CodesWithAll = 9,        ///< names, attributes, code strings and control codes
-        FirstGPS = 10,           ///< 10 to 19: properties of a GPS position
-        LastGPS = 19,
+        // what a receiver said of a GPS position; in lists of GPS positions
+        HorizontalRMS = 10,
+        VerticalRMS = 11,
+        Date = 12,
+        Time = 13,
+        PositionDOP = 14,
+        HorizontalDOP = 15,
+        VerticalDOP = 16,
+        Solution = 17,
+        GpsSatellites = 18,
+        GlonassSatellites = 19,
         LastDelimited = 19, ///< a line with a field above it can't be read
+        // a measurement of a sheet point; in lists of sheet points
+        SheetName = 20,
+        SheetCodes = 21,
+        MeasuredName = 22,
+        Cut = 23,     ///< how much is to be cut, 0 where there is nothing
+        Fill = 24,    ///< how much is to be filled, 0 where there is nothing
+        ToGrade = 25, ///< from the ground up to the design, so above 0 in a fill
+        MeasuredTime = 26,
+        MeasurementNumber = 27, ///< from 1
+        LineStation = 28,
+        LineOffset = 29,
+        DesignNorth = 30,
+        DesignEast = 31,
+        DesignHeight = 32,
+        MeasuredNorth = 33,
+        MeasuredEast = 34,
+        MeasuredHeight = 35,
+        DeltaNorth = 36, ///< this and the other differences: measured less design
+        DeltaEast = 37,
+        DeltaHeight = 38,
+        DeltaStation = 39,
+        DeltaOffset = 40,
+        Distance = 41,
         LastField = 41,
     };
     using TFields = std::vector<EType>;
 
-    /// The words of the fields, joined by commas: "name,north,east,height,codes". A field without a word is its number.
+    /// The words of the fields, joined by commas: "name,north,east,height,codes".
     static CString FieldsToString(const TFields& fields);
     /// Reads what FieldsToString writes, and what people type: words in any case, with blanks around, separated by
     /// commas, semicolons or blanks; numbers 0 to 41; or one word of letters as PNEZD (P name, N north, E east, Z
