@@ -95,34 +95,37 @@ void CIEPointExporter::MakeLine(const CIEStation& station, const CIEObject& obje
     }
 }
 
+void CIEPointExporter::AddDistance(double dMeters, int nDecimals)
+{
+    m_Line.AddFixed(IEUtils::FromMetersFactor(dMeters, m_pData->GetJobInfo()->GetDistUnits()), nDecimals);
+}
+
+void CIEPointExporter::AddCoordinate(double dValue, int nDecimals)
+{
+    if (m_pData->GetJobInfo()->GetCSType() != TIEJobInfo::Geographic)
+        AddDistance(dValue, nDecimals);
+    else
+        m_Line.Add(IEUtils::CoordsByStyleToString(m_pData->GetSettings().m_eCoordsStyle, dValue, nDecimals));
+}
+
 void CIEPointExporter::AddField(int nField, const CIEStation& station, const CIEObject& object)
 {
     const TIESettings& settings = m_pData->GetSettings();
-    const TIEJobInfo& info = *m_pData->GetJobInfo();
-    const auto addDistance = [&](double dMeters, int nDecimals) {
-        m_Line.AddFixed(IEUtils::FromMetersFactor(dMeters, info.GetDistUnits()), nDecimals);
-    };
-    const auto addCoordinate = [&](double dValue, int nDecimals) {
-        if (info.GetCSType() != TIEJobInfo::Geographic)
-            addDistance(dValue, nDecimals);
-        else
-            m_Line.Add(IEUtils::CoordsByStyleToString(settings.m_eCoordsStyle, dValue, nDecimals));
-    };
     switch (nField) {
     case IEAsciiFields::Name:
         AddText(object.GetName());
         break;
     case IEAsciiFields::North:
-        addCoordinate(station.m_dNorth, settings.m_nNorthDecimals);
+        AddCoordinate(station.m_dNorth, settings.m_nNorthDecimals);
         break;
     case IEAsciiFields::East:
-        addCoordinate(station.m_dEast, settings.m_nEastDecimals);
+        AddCoordinate(station.m_dEast, settings.m_nEastDecimals);
         break;
     case IEAsciiFields::Height:
-        addDistance(station.GetHeight(), settings.m_nHeightDecimals);
+        AddDistance(station.GetHeight(), settings.m_nHeightDecimals);
         break;
     case IEAsciiFields::GeoidHeight:
-        addDistance(station.GetGeoidHeight(), settings.m_nHeightDecimals);
+        AddDistance(station.GetGeoidHeight(), settings.m_nHeightDecimals);
         break;
     case IEAsciiFields::Notes:
         AddText(station.GetNotes());
@@ -140,7 +143,7 @@ void CIEPointExporter::AddField(int nField, const CIEStation& station, const CIE
         AddText(MakeCodeString(&object, true, true, true));
         break;
     default:
-        break; // a property that only a GPS position has stays empty
+        break; // a property that other lists know stays empty
     }
 }
 

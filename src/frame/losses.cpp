@@ -1,7 +1,10 @@
 #include "frame/losses.h"
 
 #include "frame/format_row.h"
+#include "vellumlib/utils.h"
 
+#include <algorithm>
+#include <cmath>
 #include <unordered_set>
 
 namespace {
@@ -215,6 +218,40 @@ void NoteJob(const CIEData& job, const CString& strFile, unsigned nCarries)
         notes.AddLeftOut("job.templates", {}, "the form doesn't hold the job's road templates");
     if (!(nCarries & CARRIES_DICTIONARY))
         NoteUnusedCodes(job, notes);
+}
+
+void NoteCoarseDegrees(const CIEData& job, const CString& strFile)
+{
+    constexpr double kFineEnough = 1e-7; // degrees; about a centimetre on the ground
+    const TIESettings& settings = job.GetSettings();
+    if (job.GetJobInfo()->GetCSType() != TIEJobInfo::Geographic)
+        return;
+    const int nDecimals = std::min(settings.m_nNorthDecimals, settings.m_nEastDecimals);
+    double dStep = 0.0;
+    switch (settings.m_eCoordsStyle) {
+    case ECOORDS_STYLE::DecimalDegrees:
+    case ECOORDS_STYLE::Plain:
+        dStep = nDecimals < 0 ? 0.0 : std::pow(10.0, -nDecimals);
+        break;
+    case ECOORDS_STYLE::Packed:
+        dStep = nDecimals < 0 ? 0.0 : std::pow(10.0, 4 - nDecimals) / 3600;
+        break;
+    case ECOORDS_STYLE::DegreesMinutes:
+        dStep = nDecimals < 0 ? 0.0 : std::pow(10.0, -nDecimals) / 60;
+        break;
+    case ECOORDS_STYLE::DegreesMinutesSeconds:
+        dStep = nDecimals < 0 ? 0.0 : std::pow(10.0, -nDecimals) / 3600;
+        break;
+    case ECOORDS_STYLE::Digits:
+        dStep = 1.0 / 3600;
+        break;
+    }
+    constexpr double kMetersOfDegree = 111000;
+    if (dStep > kFineEnough)
+        CNotes(job, strFile)
+            .Add(TIENote::Changed, "job.geographic", {},
+                 "latitude and longitude go out in steps of about " +
+                     IEUtils::DoubleToString(dStep * kMetersOfDegree, 2) + " m; more decimals keep more of them");
 }
 
 } // namespace Losses

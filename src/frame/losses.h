@@ -14,4 +14,8 @@ void NoteUnreached(const CIEData& job, const CString& strFile, const CIEDataset&
 /// What belongs to the job as a whole: road templates, codes that no object has.
 void NoteJob(const CIEData& job, const CString& strFile, unsigned nCarries);
 
+/// Latitude and longitude that a list writes in the settings' style and decimals, where those of a list in metres leave
+/// little of them.
+void NoteCoarseDegrees(const CIEData& job, const CString& strFile);
+
 } // namespace Losses

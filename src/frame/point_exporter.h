@@ -38,6 +38,12 @@ protected:
 
     /// Puts the line of one station into m_Line, without its end.
     void MakeLine(const CIEStation& station, const CIEObject& object);
+    /// Adds the field of a layout to m_Line: nothing for those from HorizontalRMS on.
+    void AddField(int nField, const CIEStation& station, const CIEObject& object);
+    /// Adds metres in the job's units.
+    void AddDistance(double dMeters, int nDecimals);
+    /// Adds north or east: in the job's units, or in the settings' style in a geographic job.
+    void AddCoordinate(double dValue, int nDecimals);
     /// Adds text of the job to m_Line. A line end within it would end the record, and becomes a blank.
     void AddText(std::string_view text);
 
@@ -48,7 +54,6 @@ protected:
 private:
     [[nodiscard]] int CountObjects() const;
     bool WriteAllStations(const CIEObject& object);
-    void AddField(int nField, const CIEStation& station, const CIEObject& object);
     void AddCode(const CIECodeValues& code, bool bAttributes, bool bCodeStrings, bool bControlCodes,
                  CString& out) const;
     void Close();

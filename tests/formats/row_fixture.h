@@ -85,13 +85,15 @@ protected:
         return ExportInTheSameThread(pJob.release(), strFile, EExportType(row.m_nCode));
     }
 
-    /// A plain job that every form can write: two points, of which no more than the ASCII name and the place are told.
+    /// A plain job that every form can write: two points, of which no more than the ASCII name and the place are told,
+    /// and a job history.
     static std::unique_ptr<CIEData> MakePlainJob()
     {
         auto pJob = std::make_unique<CIEData>();
         CIEDataset& dataset = *pJob->AddDataset(std::make_unique<CIEDataset>("Site"));
         AddPoint(dataset, "1", 1.5, 2.25, 3.125);
         AddPoint(dataset, "2", -4, 5, 6);
+        dataset.SetJobHistory(MakeHistory(2));
         return pJob;
     }
 

@@ -173,9 +173,24 @@ TEST_F(FaultsTest, AFullDiskIsTold)
     for (const TIEFormatRow* const pRow : BuiltRows(EIEDirection::Export)) {
         SCOPED_TRACE(pRow->m_pKey);
         const auto exportLarge = [&](std::size_t nSpace) {
+            constexpr int kCount = 30000;
             auto pJob = MakePlainJob();
-            for (int i = 0; i < 30000; ++i)
-                AddPoint(*pJob->GetDatasetAt(0), "P" + std::to_string(i), i);
+            CIEDataset& dataset = *pJob->GetDatasetAt(0);
+            // objects that the form has lines for; GPS positions are points for all others
+            if (pRow->m_nCarries & CARRIES_SHEET_POINTS)
+                SetLayout(*pJob, "sheet-name,design-north,measured-north,measured-east");
+            for (int i = 0; i < kCount; ++i) {
+                const CString strName = "P" + std::to_string(i);
+                if (!(pRow->m_nCarries & CARRIES_SHEET_POINTS)) {
+                    AddPoint<CIEGPSPosition>(dataset, strName, i);
+                    continue;
+                }
+                auto& sheet = static_cast<CIESheetPoint&>(*dataset.Add(std::make_unique<CIESheetPoint>()));
+                sheet.SetName(strName);
+                sheet.SetDesignStation(CIEStation(i, 2, 3));
+                (void)sheet.AddOffsetStation(CIEOffsetStation(CIEStation(i, 2, 3)));
+            }
+            dataset.SetJobHistory(MakeHistory(kCount));
             CFileFaults faults;
             faults.m_nDiskSpace = nSpace;
             EXPECT_EQ(Export(std::move(pJob), *pRow, FileOf(*pRow)), IE_OK) << nSpace;

@@ -2,11 +2,11 @@
 
 #include "frame/delimited_text.h"
 #include "frame/format_row.h"
+#include "frame/losses.h"
 #include "frame/point_importer.h"
 #include "vellumlib/utils.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -124,43 +124,9 @@ bool CIEDelimitedExporter::OpenFile()
             HasTypedAttributes(*m_pData->GetIEDataDictionary()))
             Note(TIENote::Changed, "job.attribute-types", {},
                  "without type words, every attribute reads back as text; the settings can ask for them");
-        NoteCoarseDegrees();
+        Losses::NoteCoarseDegrees(*m_pData, m_strFileName);
     }
     return CIEPointExporter::OpenFile();
-}
-
-/// The decimals of a list in metres leave little of latitude and longitude.
-void CIEDelimitedExporter::NoteCoarseDegrees() const
-{
-    constexpr double kFineEnough = 1e-7; // degrees; about a centimetre on the ground
-    const TIESettings& settings = m_pData->GetSettings();
-    if (m_pData->GetJobInfo()->GetCSType() != TIEJobInfo::Geographic)
-        return;
-    const int nDecimals = std::min(settings.m_nNorthDecimals, settings.m_nEastDecimals);
-    double dStep = 0.0;
-    switch (settings.m_eCoordsStyle) {
-    case ECOORDS_STYLE::DecimalDegrees:
-    case ECOORDS_STYLE::Plain:
-        dStep = nDecimals < 0 ? 0.0 : std::pow(10.0, -nDecimals);
-        break;
-    case ECOORDS_STYLE::Packed:
-        dStep = nDecimals < 0 ? 0.0 : std::pow(10.0, 4 - nDecimals) / 3600;
-        break;
-    case ECOORDS_STYLE::DegreesMinutes:
-        dStep = nDecimals < 0 ? 0.0 : std::pow(10.0, -nDecimals) / 60;
-        break;
-    case ECOORDS_STYLE::DegreesMinutesSeconds:
-        dStep = nDecimals < 0 ? 0.0 : std::pow(10.0, -nDecimals) / 3600;
-        break;
-    case ECOORDS_STYLE::Digits:
-        dStep = 1.0 / 3600;
-        break;
-    }
-    constexpr double kMetersOfDegree = 111000;
-    if (dStep > kFineEnough)
-        Note(TIENote::Changed, "job.geographic", {},
-             "latitude and longitude go out in steps of about " + IEUtils::DoubleToString(dStep * kMetersOfDegree, 2) +
-                 " m; more decimals keep more of them");
 }
 
 unsigned CIEDelimitedExporter::CarriedByLayout() const

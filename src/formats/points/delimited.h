@@ -18,7 +18,6 @@ private:
     class CReader;
 
     [[nodiscard]] unsigned CarriedByLayout() const;
-    void NoteCoarseDegrees() const;
     void NoteObject(const CIEObject& object);
     void NoteShape(const CIEObject& object);
     [[nodiscard]] bool ClosesInFile(const CIEObject& object);

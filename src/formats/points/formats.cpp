@@ -8,7 +8,10 @@
 #include "formats/points/delimited.h"
 #include "formats/points/fixed_columns.h"
 #include "formats/points/framed_points.h"
+#include "formats/points/gps_list.h"
+#include "formats/points/job_history_list.h"
 #include "formats/points/recognize.h"
+#include "formats/points/sheet_points.h"
 #include "formats/points/sima.h"
 #include "frame/point_importer.h"
 
@@ -226,12 +229,21 @@ constexpr TIEFormatRow kRows[] = {
     // the two files take the name as it is given and put their extensions behind it
     {kOut, 41, "cor-lev",             "Pair of a coordinate and a level file",                      "", kPoints,
      "Writes the name given plus \".cor\" and \".lev\". East before north; metres with 4 decimals, names in 16 characters."},
-    {kOut, 46, "gps-list",            "Delimited list of GPS positions",                            "txt csv", kNoted | CARRIES_ATTRIBUTES | CARRIES_GEOID_HEIGHTS,
-     "The fields of the delimited text and, as chosen, accuracy, date, time, dilution of precision, solution and satellites."},
-    {kOut, 15, "sheet-points",        "Delimited list of check and stakeout measurements",          "txt csv", kCoded | CARRIES_ATTRIBUTES | CARRIES_TIME_STAMPS,
-     "A row for each measurement of a sheet point, with the fields chosen in the settings."},
-    {kOut, 44, "job-history-list",    "Job history as a comma list",                                "csv txt", CARRIES_NOTHING,
-     "A row for each table of the job history."},
+    {kOut, 46, "gps-list",            "Delimited list of GPS positions",                            "txt csv", kGPSListCarries,
+     "A line for each GPS position; all other objects are left out. The fields of the delimited text and, as chosen, horizontal and "
+     "vertical accuracy in the job's units, date, time, dilution of precision, each with 3 decimals, solution and numbers of "
+     "satellites. North, east and heights as in the delimited text. Covariances and GDOP are lost.",
+     nullptr, Write<CIEGPSListExporter>},
+    {kOut, 15, "sheet-points",        "Delimited list of check and stakeout measurements",          "txt csv", kSheetPointsCarries,
+     "A line for each measurement of a sheet point, with the fields from sheet-name to distance that the settings choose; any other "
+     "stays empty. Lengths are in the job's units, north and east of a geographic job in the style of the settings; decimals are "
+     "those of the settings, and 3 along and off a line. All other objects are left out, and so is a sheet point without a "
+     "measurement.",
+     nullptr, Write<CIESheetPointExporter>},
+    {kOut, 44, "job-history-list",    "Job history as a comma list",                                "csv txt", kJobHistoryListCarries,
+     "A line for each table of the current dataset's job history: number, two texts, and the tags that have a value as name{value}; "
+     "commas in values become blanks. Without a job history no file is written. All objects are left out.",
+     nullptr, Write<CIEJobHistoryListExporter>},
 };
 // clang-format on
 
