@@ -26,6 +26,15 @@ constexpr const char* kConvertFooter = R"(Examples:
   alidade convert feet.sim metres.sim --units us-feet --out-units metres
   alidade convert survey.job.json out/ --to sima --per-dataset
 
+Fields of a layout:
+  name north east height geoid notes code code+strings code+attributes codes
+  GPS positions (--to gps-list) also have
+  hrms vrms date time pdop hdop vdop solution gps glonass
+  and sheet points (--to sheet-points) instead
+  sheet-name sheet-codes measured-name cut fill to-grade measured-time measurement line-station line-offset
+  design-north design-east design-height measured-north measured-east measured-height
+  delta-north delta-east delta-height delta-station delta-offset distance
+
 The output appears when it is complete; a run that fails or is stopped leaves nothing behind.
 What a record lost or why it was refused is told on standard error.
 
@@ -67,7 +76,7 @@ void AddLayout(CLI::App& command, const std::string& name, std::optional<IEAscii
             throw CLI::ValidationError(name,
                                        "\"" + text +
                                            "\" isn't a list of fields (name, north, east, height, geoid, notes, code, "
-                                           "codes ...)");
+                                           "codes ...; alidade convert --help tells all of them)");
         for (const IEAsciiFields::EType field : fields) {
             if (std::count(fields.begin(), fields.end(), field) > 1)
                 throw CLI::ValidationError(name, "\"" + text + "\" names the field " +

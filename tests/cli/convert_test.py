@@ -5,7 +5,7 @@ import math
 import os
 import unittest
 
-from program import DONE, HEADER, LOSS, POINTS, USAGE, ProgramTest
+from program import DONE, HEADER, LOSS, OUTPUT, POINTS, ROOT, USAGE, ProgramTest
 
 US_FOOT = 1200 / 3937
 
@@ -146,6 +146,20 @@ class Convert(ProgramTest):
         self.assertEqual(self.read("out.sim").count(b"A01,"), 4)
         self.assertIn("out.sim: left out: \"Only history\"", answer.err)
         self.check(LOSS, "convert", "in.job.json", "lost.sim", "--fail-on", "loss")
+
+    def test_lists_of_a_stakeout(self):
+        example = os.path.join(ROOT, "examples/stakeout.job.json")
+        rows = [(("--to", "15", "--layout", "sheet-name,measurement,fill", "--out-units", "us-feet"),
+                 b"K1,1,0.000\r\nK1,2,0.000\r\nK2,1,1.050\r\n"),
+                (("--to", "gps-list", "--layout", "name,vrms,solution"), b"BASE,0.020,fixed\r\nGATE,0.080,float\r\n"),
+                (("--to", "job-history-list", "--types", "history"),
+                 b"1,Stakeout,K1,cut{0.242}remark{stone  dug out}\r\n2,Stakeout,K1,cut{0.011}\r\n3,Stakeout,K2,fill{0.320}\r\n")]
+        for options, expected in rows:
+            with self.subTest(options):
+                self.check(DONE, "convert", example, "out.txt", "--overwrite", *options)
+                self.assertEqual(self.read("out.txt"), expected)
+        answer = self.check_failure(OUTPUT, "convert", example, "none.csv", "--to", "44", "--types", "points")
+        self.assertIn("no job history", answer.err)
 
     def test_replaces_the_input_itself(self):
         self.write("in.txt", POINTS)

@@ -1,4 +1,6 @@
 #include "vellumlib/ascii_fields.h"
+
+#include "support/files.h"
 #include "vellumlib/settings.h"
 
 #include <gtest/gtest.h>
@@ -62,6 +64,15 @@ TEST(AsciiFields, EveryListComesBackFromItsText)
     EXPECT_TRUE(IEAsciiFields::StringToFields(text, read));
     EXPECT_EQ(read, all);
     EXPECT_EQ(IEAsciiFields::FieldsToString({}), "");
+}
+
+TEST(AsciiFields, TheDocumentOfTheProgramTellsEveryField)
+{
+    const CString page = ReadFile(ALIDADE_SOURCE_DIR "/docs/program.md");
+    for (int nType = Name; nType <= LastField; ++nType) {
+        const CString word = IEAsciiFields::FieldsToString({static_cast<IEAsciiFields::EType>(nType)});
+        EXPECT_NE(page.find("`" + word + "`"), CString::npos) << word;
+    }
 }
 
 TEST(AsciiFields, TheLastCodesAreTheCodeField)
