@@ -55,9 +55,9 @@ inline bool IsKnownResult(EIEResult eResult)
 /// These readers give what their records gave when they are stopped, and not IE_STOPPED.
 inline bool HidesAStop(const TIEFormatRow& row)
 {
-    constexpr const char* kFamilies[] = {"sima",         "comma-",          "five-lines",   "framed-comma",
-                                         "columns-code", "columns-control", "columns-note", "columns-05",
-                                         "block-"};
+    constexpr const char* kFamilies[] = {"sima",         "comma-",       "five-lines",
+                                         "framed-comma", "columns-code", "columns-control",
+                                         "columns-note", "columns-05",   "block-"};
     return std::any_of(std::begin(kFamilies), std::end(kFamilies),
                        [&](const char* pStart) { return CString(row.m_pKey).starts_with(pStart); });
 }
