@@ -1,8 +1,8 @@
 // Every importer of the format table: --format=<key> says which one this process feeds.
 //
-// The first four bytes of the input choose settings, the rest is the file. What comes in is checked and written out
-// again by the form's exporter; if nothing was reported as lost on the way, reading that file must give the same
-// objects, and writing those the same bytes.
+// The first four bytes of the input choose settings, the rest is the file, or the files of a form that has several.
+// What comes in is checked and written out again by the form's exporter; if nothing was reported as lost on the way,
+// reading that file must give the same objects, and writing those the same bytes.
 
 #include "job_checks.h"
 #include "support.h"
@@ -11,6 +11,7 @@
 #include "transfer/factory.h"
 #include "transfer/format_table.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -43,6 +44,34 @@ constexpr int kDecimals[] = {3, -1, 0, 2, 4, 6, 9, 12};
 constexpr const char* kCodePages[] = {"CP1252", "UTF-8", "SHIFT_JIS", "no such page"};
 
 const TIEFormatRow* g_pRow = nullptr; ///< of the importer that is fed
+
+/// What stands behind the name of each file of a form; most have one file with the name as it is.
+CStringArray Endings()
+{
+    if (g_pRow->m_pKey == std::string_view("cor-lev"))
+        return {".cor", ".lev"};
+    return {""};
+}
+
+/// Puts the input into the files; form feeds part it.
+void WriteFiles(const CString& strName, std::string_view input)
+{
+    const CStringArray endings = Endings();
+    for (const CString& strEnding : endings) {
+        const std::size_t nEnd =
+            &strEnding == &endings.back() ? input.size() : std::min(input.find('\f'), input.size());
+        Scratch::Write(strName + strEnding, input.substr(0, nEnd));
+        input.remove_prefix(std::min(nEnd + 1, input.size()));
+    }
+}
+
+CString ReadFiles(const CString& strName)
+{
+    CString bytes;
+    for (const CString& strEnding : Endings())
+        bytes += Scratch::Read(strName + strEnding);
+    return bytes;
+}
 
 /// Takes the four bytes. "0000" is a job in metres with the settings of a new one.
 void TakeSettings(CFuzzInput& input, CIEData& job)
@@ -132,7 +161,7 @@ void CheckWayBack(CIEData& job)
     // the last digits of a conversion may show, where many decimals are asked for
     if (job.GetJobInfo()->GetCSType() == TIEJobInfo::Plane && job.GetJobInfo()->GetDistUnits() == EDIST_UNITS::Meters &&
         !HasSmallNegative(job))
-        RequireEqual(Scratch::Read(strFirst), Scratch::Read(strSecond), "a second export gives the same file");
+        RequireEqual(ReadFiles(strFirst), ReadFiles(strSecond), "a second export gives the same file");
 }
 
 } // namespace
@@ -162,7 +191,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
     CFuzzInput input(pData, nSize);
     CIEData job;
     TakeSettings(input, job);
-    Scratch::Write(strFile, input.GetRest());
+    WriteFiles(strFile, input.GetRest());
     Import(job, strFile);
     CheckWayBack(job);
     return 0;

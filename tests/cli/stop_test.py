@@ -67,6 +67,11 @@ class Stop(ProgramTest):
         report = self.stop_conversion(signal.SIGINT, self.is_writing)
         self.assertEqual((report["status"], report["result"]["name"], report["files"]), (STOPPED, "stopped", []))
 
+    def test_while_it_writes_a_file_that_the_job_is_not_told_of(self):
+        self.stop(signal.SIGINT, lambda _pid: glob.glob(os.path.join(glob.escape(self.folder), ".alidade-*", "out.bin")),
+                  "convert", "in.txt", "out.bin")
+        self.assertEqual(self.names(), ["in.txt", "out.sim"])
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -322,8 +322,10 @@ TEST_F(LawsTest, WhatGoesOutComesBackOrIsTold)
                 const CString strFirst = m_Folder / "first", strSecond = m_Folder / "second";
                 const auto pJob = CJobMaker(nSeed, variant).Make();
                 auto pBack = MakeJobLike(*pJob);
-                Platform::RemoveFile(strFirst);
-                Platform::RemoveFile(strSecond);
+                for (const CString& strFile : {strFirst, strSecond}) {
+                    for (const CString& strName : FilesOf(*pOut, strFile))
+                        Platform::RemoveFile(strName);
+                }
                 ASSERT_GT(Export(CJobMaker(nSeed, variant).Make(), *pOut, strFirst), 0);
                 const CJudge judge(*pJob, m_Ledger, variant);
                 const bool bChanged = m_Ledger.GetCount(TIENote::Changed) > 0;
@@ -331,10 +333,10 @@ TEST_F(LawsTest, WhatGoesOutComesBackOrIsTold)
                 const EIEResult eBack = CreateImporter(pBack.get(), strFirst, pIn->m_nCode)->Import();
                 EXPECT_TRUE(IsKnownResult(eBack));
                 EXPECT_EQ(FindFault(*pBack), "");
-                EXPECT_EQ(judge.FindLoss(*pBack, eBack), "") << ReadFile(strFirst);
+                EXPECT_EQ(judge.FindLoss(*pBack, eBack), "") << ReadFiles(*pOut, strFirst);
                 ASSERT_GT(Export(std::move(pBack), *pOut, strSecond), 0);
                 if (!bChanged) {
-                    EXPECT_EQ(ReadFile(strSecond), ReadFile(strFirst));
+                    EXPECT_EQ(ReadFiles(*pOut, strSecond), ReadFiles(*pOut, strFirst));
                 }
             }
         }
@@ -346,10 +348,10 @@ TEST_F(LawsTest, EveryPrefixAndEveryFlippedByteEndInAResult)
     constexpr std::size_t kPrefixes = 1500;
     constexpr int kFlips = 300;
     for (const auto& [pOut, pIn] : BuiltPairs()) {
-        const CString strFile = FileOf(*pIn);
+        const CString strRun = FileOf(*pOut), strFile = FilesOf(*pOut, strRun)[0];
         for (const TVariant& variant : {kVariants[1], kVariants[9]}) {
             const auto pJob = CJobMaker(7, variant).Make();
-            ASSERT_GT(Export(CJobMaker(7, variant).Make(), *pOut, strFile), 0);
+            ASSERT_GT(Export(CJobMaker(7, variant).Make(), *pOut, strRun), 0);
             const CString bytes = ReadFile(strFile);
             const auto check = [&, pRow = pIn](std::string_view damaged, const CString& strWhere) {
                 WriteFile(strFile, damaged);
@@ -392,6 +394,13 @@ TEST_F(LawsTest, AStopAtAnyStepLeavesNoFile)
     for (const TIEFormatRow* const pRow : BuiltRows(EIEDirection::Export)) {
         SCOPED_TRACE(pRow->m_pKey);
         const CString strFile = FileOf(*pRow);
+        const auto checkNothingIsLeft = [&](const auto& where) {
+            if (LeavesItsFile(*pRow)) {
+                Platform::RemoveFile(strFile);
+                Platform::RemoveFile(m_Folder / "Site.bin"); // a file for each dataset
+            }
+            EXPECT_EQ(m_Folder.List(), "") << where;
+        };
         for (int nStep = 0;; ++nStep) { // step by step: the frame takes away what the job knows of
             const auto pJob = MakePointsThatStop(kPoints, -1);
             const auto pExporter = CreateExporter(pJob.get(), strFile, pRow->m_nCode);
@@ -405,7 +414,7 @@ TEST_F(LawsTest, AStopAtAnyStepLeavesNoFile)
             CIEData::m_bStopProcess = false;
             for (const CString& strCreated : pJob->GetCreatedFileNames())
                 Platform::RemoveFile(strCreated);
-            EXPECT_EQ(m_Folder.List(), "") << nStep;
+            checkNothingIsLeft(nStep);
         }
         for (int nStop = -1; nStop < kPoints; ++nStop) { // through the entries; at -1 while the file is being opened
             if (nStop >= 0 && !(pRow->m_nCarries & (CARRIES_POINTS | CARRIES_SHEET_POINTS | CARRIES_GPS_DATA)))
@@ -428,7 +437,7 @@ TEST_F(LawsTest, AStopAtAnyStepLeavesNoFile)
                     eResult = Export(std::move(pJob), *pRow, strFile);
                 }
                 EXPECT_EQ(eResult, IE_STOPPED) << nStop << bThread;
-                EXPECT_EQ(m_Folder.List(), "") << nStop << bThread;
+                checkNothingIsLeft(nStop);
                 CIEData::m_bStopProcess = false;
             }
         }
@@ -447,8 +456,8 @@ TEST_F(LawsTest, AStoppedImportKeepsWhatItHasRead)
         SCOPED_TRACE(pIn->m_pKey);
         if (!(pIn->m_nCarries & CARRIES_POINTS))
             continue;
-        const CString strFile = FileOf(*pIn);
-        ASSERT_EQ(Export(MakePointsThatStop(5000, -1), *pOut, strFile), IE_OK);
+        const CString strFile = FilesOf(*pOut, FileOf(*pOut))[0];
+        ASSERT_EQ(Export(MakePointsThatStop(5000, -1), *pOut, FileOf(*pOut)), IE_OK);
         {
             CFileFaults faults;
             faults.m_AllowOpen = [](const std::string&, bool) { return CIEData::m_bStopProcess = true; };

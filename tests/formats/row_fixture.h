@@ -68,6 +68,29 @@ inline bool IsStreamOfBlocks(const TIEFormatRow& row)
     return CString(row.m_pKey).starts_with("block-");
 }
 
+/// A stopped run leaves its file, of which the job isn't told.
+inline bool LeavesItsFile(const TIEFormatRow& row)
+{
+    return CString(row.m_pKey) == "binary-points";
+}
+
+/// The files that an export writes when it is given this name. Its reader takes the first.
+inline CStringArray FilesOf(const TIEFormatRow& row, const CString& strFile)
+{
+    if (CString(row.m_pKey) == "cor-lev")
+        return {strFile + ".cor", strFile + ".lev"};
+    return {strFile};
+}
+
+/// The bytes of all of them.
+inline CString ReadFiles(const TIEFormatRow& row, const CString& strFile)
+{
+    CString bytes;
+    for (const CString& strName : FilesOf(row, strFile))
+        bytes += ReadFile(strName);
+    return bytes;
+}
+
 class CRowTest : public testing::Test {
 protected:
     /// Where a run writes and reads. Forms of several files put theirs beside it.

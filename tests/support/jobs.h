@@ -38,6 +38,12 @@ public:
             m_OnLook();
         return CIEDesignPoint::GetType();
     }
+    [[nodiscard]] int GetGroupType() const override
+    {
+        if (m_OnLook)
+            m_OnLook();
+        return CIEDesignPoint::GetGroupType();
+    }
 
 private:
     int* m_pDeleted;

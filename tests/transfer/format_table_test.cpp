@@ -256,6 +256,7 @@ TEST_F(Guess, TellsAFormByItsMarkWhateverItsName)
          {"block-xyz!"}},
         {"wide blocks", "\x02_0.P1              _ x+000001000", {"block-wide!"}},
         {"wide lines", Utf16("_0.P1_ x1", false, true), {"block-wide!"}},
+        {"binary points", "Fieldra" + std::string(31, '\0'), {"binary-points!"}},
         {"strings", "GENIO  Site\r\n001,Format(3F14.4)\r\n", {"genio-points!"}},
     };
     for (const TCase& test : cases) {
@@ -286,6 +287,16 @@ TEST_F(Guess, DoesntTakeAMarkForGrantedElsewhere)
     };
     for (const std::string& content : contents)
         EXPECT_TRUE(Keys("site.unknown", content).empty()) << content;
+}
+
+TEST_F(Guess, TakesABinaryListOfAnotherMarkByItsNumbers)
+{
+    const std::string header = "Other" + std::string(25, '\0') + "\x02\0\0\0\xff\xff\xff\xff"s;
+    EXPECT_THAT(Keys("a.bin", header), ElementsAre("binary-points"));
+    EXPECT_THAT(Keys("a.bin", header + "\x01\0\0\0"s + std::string(41, '\0')), ElementsAre("binary-points"));
+    EXPECT_TRUE(Keys("a.bin", header + "\x01\0\0\x7f"s + std::string(41, '\0')).empty());
+    EXPECT_TRUE(Keys("a.bin", header.substr(0, 37)).empty());
+    EXPECT_TRUE(Keys("a.bin", std::string(40, 'x')).empty());
 }
 
 TEST_F(Guess, TellsDelimitedTextByItsColumns)

@@ -1,10 +1,12 @@
 #include "formats/points/formats.h"
 
+#include "formats/points/binary_points.h"
 #include "formats/points/blocks/block_exporter.h"
 #include "formats/points/blocks/block_importer.h"
 #include "formats/points/blocks/block_recognize.h"
 #include "formats/points/column_points.h"
 #include "formats/points/comma_points.h"
+#include "formats/points/cor_lev.h"
 #include "formats/points/delimited.h"
 #include "formats/points/fixed_columns.h"
 #include "formats/points/framed_points.h"
@@ -221,14 +223,23 @@ constexpr TIEFormatRow kRows[] = {
      nullptr, Write<CIEWideBlockPointExporter>},
 
     {kIn,  18, "binary-points",       "Binary point list",                                          "bin", kCoded,
-     "Whole numbers as names, coordinates as 64-bit floats in the job's units."},
+     "Whole numbers from -100000 to 100000 as names; north, east, height as 64-bit floats in the job's units, latitude and "
+     "longitude in decimal degrees; a code in the code page of the settings. A bad record refuses the whole file.",
+     Read<CIEBinaryPointImporter>, nullptr, RecognizeBinaryPoints},
     {kOut, 20, "binary-points",       "Binary point list",                                          "bin", kCoded,
-     "Whole numbers as names: a name that is none is lost and gets the next free number. Code in 16 characters."},
+     "North, east, height in full in the job's units, latitude and longitude in decimal degrees. Whole numbers as names: a name "
+     "that is none is lost, and its point gets the next free number. The first code, in 16 bytes. A host that stops a run finds "
+     "the unfinished file in its place.",
+     nullptr, Write<CIEBinaryPointExporter>},
     {kIn,  33, "cor-lev",             "Pair of a coordinate and a level file",                      "cor lev def", kPoints,
-     "East before north in the \".cor\" file, in the job's units; heights in the \".lev\" file, in metres."},
+     "East before north in the \".cor\" file, in the job's units; heights in the \".lev\" file, in metres. Names in 16 characters "
+     "join the two, capitals or not. A bad line ends the import, and the points before it stay.",
+     Read<CIECorLevImporter>},
     // the two files take the name as it is given and put their extensions behind it
     {kOut, 41, "cor-lev",             "Pair of a coordinate and a level file",                      "", kPoints,
-     "Writes the name given plus \".cor\" and \".lev\". East before north; metres with 4 decimals, names in 16 characters."},
+     "Writes the name given plus \".cor\" and \".lev\". East before north; metres with 4 decimals, latitude and longitude in "
+     "degrees; names in 16 characters, of a longer one its last. Only a job in metres reads back the same.",
+     nullptr, Write<CIECorLevExporter>},
     {kOut, 46, "gps-list",            "Delimited list of GPS positions",                            "txt csv", kGPSListCarries,
      "A line for each GPS position; all other objects are left out. The fields of the delimited text and, as chosen, horizontal and "
      "vertical accuracy in the job's units, date, time, dilution of precision, each with 3 decimals, solution and numbers of "

@@ -13,6 +13,9 @@ class CIEBlockStreamExporter : public CIEPointExporter {
 public:
     using CIEPointExporter::CIEPointExporter;
 
+    /// The header line of delimited text has no place in these forms.
+    bool WriteHeader() override { return true; }
+
 protected:
     static constexpr int kCoordinates = 3; ///< north, east, height
     using TCoordinates = std::array<double, kCoordinates>;
