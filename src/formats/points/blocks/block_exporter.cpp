@@ -85,7 +85,7 @@ void CIEBlockStreamExporter::NoteRecord(std::string_view record, EDialect eDiale
 {
     const CString& strName = object.GetName();
     TRecord read;
-    if (FindRecordEnd(record, eDialect) != std::string_view::npos || !Parse(record, eDialect, read)) {
+    if (FindRecordEnd(record, eDialect) != std::string_view::npos || !Parse(record, eDialect, read, true)) {
         Note(TIENote::Changed, "line.unreadable", strName,
              read.m_Losses.empty() ? "its name cuts the record in two, and a reader may end here"
                                    : "a reader ends here: " + read.m_Losses.back().m_strReason);

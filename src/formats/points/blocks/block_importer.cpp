@@ -172,7 +172,7 @@ bool CIEBlockStreamImporter::TakeRecord(CPending& pending, bool bLast, CIELineJo
     ++m_nRecords;
     const CString strText = Decode(bytes, m_CodePage);
     TRecord record;
-    m_bRefused = !Parse(strText, m_eDialect, record);
+    m_bRefused = !Parse(strText, m_eDialect, record, m_pData->GetObserver() != nullptr);
     if (strText.find("\uFFFD") != CString::npos)
         record.m_Losses.insert(
             record.m_Losses.begin(),

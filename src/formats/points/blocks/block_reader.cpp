@@ -14,6 +14,11 @@ constexpr std::size_t kWidestFrame = kFrame + 2;                ///< with a chec
 constexpr std::size_t kMostFrameBytes = 4 * kText + 6;          ///< all that such a block can take in UTF-8
 constexpr std::size_t kLongestLine = CIETextFile::kLongestLine; ///< of a file without blocks
 
+bool IsPassedOver(char c)
+{
+    return c == '\r' || c == CIEBlockFramer::kEnd;
+}
+
 bool MayBeUnicode(std::string_view head)
 {
     return head.starts_with("\xFF\xFE") || head.starts_with("\xFE\xFF") || head.find('\0') != npos;
@@ -81,8 +86,8 @@ void CReader::Add(std::string_view bytes)
     }
     const std::size_t nMost = m_bLines && !m_bFramed ? kLongestLine : kMostFrameBytes;
     while (!bytes.empty()) {
-        const std::size_t nPassedOver = bytes.find_first_of("\r\x03");
-        const std::string_view part = bytes.substr(0, nPassedOver);
+        const auto* const pPassedOver = std::find_if(bytes.begin(), bytes.end(), IsPassedOver);
+        const std::string_view part = bytes.substr(0, static_cast<std::size_t>(pPassedOver - bytes.begin()));
         m_bCut = m_bCut || m_strBlock.size() + part.size() > nMost;
         m_strBlock.append(part.substr(0, nMost - std::min(nMost, m_strBlock.size())));
         bytes.remove_prefix(std::min(part.size() + 1, bytes.size()));

@@ -49,8 +49,8 @@ struct TNumber {
 /// One walk over the fields of a record.
 class CParser {
 public:
-    CParser(std::string_view text, EDialect eDialect, TRecord& record)
-        : m_Rest(text), m_bWide(eDialect == EDialect::Wide), m_Record(record)
+    CParser(std::string_view text, EDialect eDialect, TRecord& record, bool bLosses)
+        : m_Rest(text), m_bWide(eDialect == EDialect::Wide), m_bLosses(bLosses), m_Record(record)
     {
     }
 
@@ -69,9 +69,12 @@ public:
     }
 
 private:
-    bool Lose(const char* pCode, CString strReason)
+    /// Takes the pieces of the reason, which is put together for those who listen.
+    template <class... TPieces>
+    bool Lose(const char* pCode, const TPieces&... pieces)
     {
-        m_Record.m_Losses.push_back({pCode, std::move(strReason)});
+        if (m_bLosses)
+            (m_Record.m_Losses.emplace_back(TLoss{pCode, {}}).m_strReason += ... += pieces);
         return false;
     }
 
@@ -126,7 +129,7 @@ private:
             break;
         }
         if (!IsFiller(cTag))
-            Lose("record.field", CString("its field \"") + cTag + "\" isn't read");
+            Lose("record.field", "its field \"", cTag, "\" isn't read");
         return true;
     }
 
@@ -145,7 +148,7 @@ private:
         if (!number.m_bValid)
             return number;
         if (!IEUtils::StringToDouble(number.m_Text, number.m_dValue, true) && !digits.empty())
-            Lose("record.number", "its number \"" + CString(number.m_Text) + "\" is none and was taken as 0");
+            Lose("record.number", "its number \"", number.m_Text, "\" is none and was taken as 0");
         number.m_dValue /= kThousand; // nearer to the decimal number than a product with 0.001
         if (m_Rest.starts_with('F') || m_Rest.starts_with('f')) {
             number.m_dValue = IEUtils::ToMetersFactor(number.m_dValue, EDIST_UNITS::USSurveyFeet);
@@ -153,14 +156,14 @@ private:
         }
         const std::string_view behind = GetField().substr(!m_Rest.empty() && IsLetter(m_Rest.front()) ? 1 : 0);
         if (!std::all_of(behind.begin(), behind.end(), IsFiller))
-            Lose("record.number", "what stands behind its number \"" + CString(number.m_Text) + "\" isn't read");
+            Lose("record.number", "what stands behind its number \"", number.m_Text, "\" isn't read");
         return number;
     }
 
     bool ReadCoordinate(const char* pWhat, const TNumber& number, double& dValue)
     {
         if (!number.m_bValid)
-            return Lose("record.number", CString("its ") + pWhat + " \"" + CString(number.m_Text) + "\" can't be read");
+            return Lose("record.number", "its ", pWhat, " \"", number.m_Text, "\" can't be read");
         dValue = number.m_dValue;
         return true;
     }
@@ -171,7 +174,7 @@ private:
         m_bNorthSeen = true;
         if (!m_bWide || !number.m_bAtEnd)
             return ReadCoordinate("north", number, m_Record.m_dNorth);
-        Lose("record.field", "its north \"" + CString(number.m_Text) + "\" is cut and isn't read");
+        Lose("record.field", "its north \"", number.m_Text, "\" is cut and isn't read");
         return true;
     }
 
@@ -185,9 +188,8 @@ private:
         if (bTaken)
             m_Record.m_dHeight = number.m_dValue;
         if (!bTaken || !number.m_bValid)
-            Lose("record.height",
-                 "its height \"" + CString(number.m_Text) +
-                     (number.m_bValid ? "\" is too short and isn't read" : "\" can't be read and is 0"));
+            Lose("record.height", "its height \"", number.m_Text,
+                 (number.m_bValid ? "\" is too short and isn't read" : "\" can't be read and is 0"));
         if (m_bWide && field.find(kCodeMark) != npos)
             Lose("record.code", "the code behind its height isn't read");
         return true;
@@ -204,7 +206,7 @@ private:
         m_Rest.remove_prefix(name.size());
         m_Record.m_strName = name;
         if (!IEUtils::IsValidName(name))
-            return Lose("record.name", "\"" + m_Record.m_strName + "\" can't name a point");
+            return Lose("record.name", "\"", name, "\" can't name a point");
         if (!std::all_of(rest.begin(), rest.end(), IsFiller))
             Lose("record.name-cut", "its name goes on behind that, which isn't read");
         m_Record.m_dNorth = m_Record.m_dEast = m_Record.m_dHeight = 0.0;
@@ -239,6 +241,7 @@ private:
 
     std::string_view m_Rest;
     bool m_bWide;
+    bool m_bLosses;
     bool m_bNorthSeen = false; ///< the record has its north value
     bool m_bEastSeen = false;
     bool m_bHeightSeen = false;
@@ -267,14 +270,14 @@ CString Decode(std::string_view bytes, CIECodePage& codePage)
     return IEUtils::IsValidUtf8(bytes) ? CString(bytes) : codePage.ToText(bytes);
 }
 
-bool Parse(std::string_view text, EDialect eDialect, TRecord& record)
+bool Parse(std::string_view text, EDialect eDialect, TRecord& record, bool bLosses)
 {
     if (IEUtils::Length(text) > kLongestRecord) {
         record.m_strName = IEUtils::Left(text, kWideName);
         record.m_Losses.push_back({"record.too-long", "it is longer than the 256 characters of a record"});
         return false;
     }
-    return CParser(text, eDialect, record).Run();
+    return CParser(text, eDialect, record, bLosses).Run();
 }
 
 } // namespace Blocks

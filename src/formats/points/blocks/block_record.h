@@ -40,7 +40,7 @@ struct TRecord {
     std::vector<TLoss> m_Losses;
 };
 
-/// Reads one record. False if it is refused; the last loss tells why.
-bool Parse(std::string_view text, EDialect eDialect, TRecord& record);
+/// Reads one record. False if it is refused; the last loss tells why. Losses are gathered if somebody is to be told.
+bool Parse(std::string_view text, EDialect eDialect, TRecord& record, bool bLosses);
 
 } // namespace Blocks
