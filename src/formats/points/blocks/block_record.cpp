@@ -95,7 +95,8 @@ private:
 
     bool ReadField()
     {
-        char cTag = m_Rest.empty() ? '\0' : m_Rest.front();
+        const std::string_view tag = IEUtils::Left(m_Rest, 1);
+        char cTag = tag.empty() ? '\0' : tag.front();
         if (!m_Rest.empty() && cTag != kFieldMark)
             m_Rest.remove_prefix(1);
         switch (cTag) {
@@ -129,7 +130,7 @@ private:
             break;
         }
         if (!IsFiller(cTag))
-            Lose("record.field", "its field \"", cTag, "\" isn't read");
+            Lose("record.field", "its field \"", tag, "\" isn't read");
         return true;
     }
 
