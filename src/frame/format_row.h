@@ -40,9 +40,9 @@ enum EIECarries : unsigned {
     /// what a receiver said of a GPS position; without CARRIES_POINTS, GPS positions are the only points
     CARRIES_GPS_DATA = 1U << 20,
     CARRIES_JOB_HISTORY = 1U << 21,
-    CARRIES_CODE_STRINGS = 1U << 24,
-    CARRIES_CONTROL_CODES = 1U << 25,
-    CARRIES_RELATIVE_POINTS = 1U << 26, ///< a point-to-line point comes back as one
+    CARRIES_CODE_STRINGS = 1U << 22,
+    CARRIES_CONTROL_CODES = 1U << 23,
+    CARRIES_RELATIVE_POINTS = 1U << 24, ///< a point-to-line point comes back as one
 };
 
 /// How surely a file's first bytes are of a form.

@@ -25,8 +25,8 @@ public:
     [[nodiscard]] static EIEResult FromText(CIEData& job, std::string_view text, TIEJobFileError* pError = nullptr);
 
     /// Writes the job. IE_OK, or IE_CANNOT_OPEN_FILE if the file can't be made or not all of it reached the disk; a
-    /// plain file of that name is then as it was. IE_OUT_OF_MEMORY. IE_STOPPED, with the same. The name isn't added to the job's created files.
-    /// What the document can't hold is told to the job's observer.
+    /// plain file of that name is then as it was. IE_OUT_OF_MEMORY. IE_STOPPED, with the same. The name isn't added to
+    /// the job's created files. What the document can't hold is told to the job's observer.
     [[nodiscard]] static EIEResult Write(const CIEData& job, const CString& strFileName);
     /// The document as text, without a file. std::bad_alloc alone can leave it.
     [[nodiscard]] static CString ToText(const CIEData& job);
