@@ -179,7 +179,8 @@ bool CIEWideBlockPointExporter::WriteStation(const CIEStation* pStation, const C
         m_strRecord += "*" + strCode;
     if (m_pData->GetObserver()) {
         CIECodePage& codePage = m_pBlocks->GetCodePage();
-        NoteRecord(Decode(codePage.ToBytes(m_strRecord), codePage), EDialect::Wide, *pStation, *pObject);
+        CString strScratch;
+        NoteRecord(Decode(codePage.ToBytes(m_strRecord), codePage, strScratch), EDialect::Wide, *pStation, *pObject);
     }
     return m_pBlocks->WriteBlock(m_pFile->GetFile(), m_strRecord, false);
 }

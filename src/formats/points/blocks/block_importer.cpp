@@ -170,10 +170,12 @@ bool CIEBlockStreamImporter::TakeRecord(CPending& pending, bool bLast, CIELineJo
     if (!pending.Take(bytes, bLast))
         return false;
     ++m_nRecords;
-    const CString strText = Decode(bytes, m_CodePage);
+    const bool bObserved = m_pData->GetObserver() != nullptr;
+    CString strScratch;
+    const std::string_view text = Decode(bytes, m_CodePage, strScratch);
     TRecord record;
-    m_bRefused = !Parse(strText, m_eDialect, record, m_pData->GetObserver() != nullptr);
-    if (strText.find("\uFFFD") != CString::npos)
+    m_bRefused = !Parse(text, m_eDialect, record, bObserved);
+    if (bObserved && text.find("\uFFFD") != std::string_view::npos)
         record.m_Losses.insert(
             record.m_Losses.begin(),
             {"record.bad-characters", "bytes without a meaning in " + m_CodePage.GetName() + " became U+FFFD"});

@@ -85,6 +85,13 @@ void CReader::Add(std::string_view bytes)
         m_bFramed = m_bBlockFramed = true;
     }
     const std::size_t nMost = m_bLines && !m_bFramed ? kLongestLine : kMostFrameBytes;
+    while (!bytes.empty() && IsPassedOver(bytes.back())) // as every block of ours ends
+        bytes.remove_suffix(1);
+    const bool bPlain = bytes.find('\r') == npos && bytes.find(CIEBlockFramer::kEnd) == npos;
+    if (bPlain && m_strBlock.size() + bytes.size() <= nMost) {
+        m_strBlock.append(bytes);
+        return;
+    }
     while (!bytes.empty()) {
         const auto* const pPassedOver = std::find_if(bytes.begin(), bytes.end(), IsPassedOver);
         const std::string_view part = bytes.substr(0, static_cast<std::size_t>(pPassedOver - bytes.begin()));

@@ -134,12 +134,22 @@ private:
         return true;
     }
 
+    /// Bytes of the characters that a number may take of the rest.
+    [[nodiscard]] std::size_t LengthOfNumber() const
+    {
+        std::size_t n = 0;
+        for (int nCharacters = 0; n < m_Rest.size() && !EndsNumber(m_Rest[n]); ++n) {
+            const bool bContinues = (static_cast<unsigned char>(m_Rest[n]) & 0xC0U) == 0x80U;
+            if (!bContinues && nCharacters++ == kNumberWidth)
+                break;
+        }
+        return n;
+    }
+
     TNumber TakeNumber()
     {
         TNumber number;
-        const std::string_view most = IEUtils::Left(m_Rest, kNumberWidth);
-        number.m_Text =
-            most.substr(0, static_cast<std::size_t>(std::find_if(most.begin(), most.end(), EndsNumber) - most.begin()));
+        number.m_Text = m_Rest.substr(0, LengthOfNumber());
         m_Rest.remove_prefix(number.m_Text.size());
         number.m_bAtEnd = m_Rest.empty();
         std::string_view digits = number.m_Text;
@@ -155,6 +165,8 @@ private:
             number.m_dValue = IEUtils::ToMetersFactor(number.m_dValue, EDIST_UNITS::USSurveyFeet);
             m_Record.m_bFeet = true;
         }
+        if (!m_bLosses)
+            return number;
         const std::string_view behind = GetField().substr(!m_Rest.empty() && IsLetter(m_Rest.front()) ? 1 : 0);
         if (!std::all_of(behind.begin(), behind.end(), IsFiller))
             Lose("record.number", "what stands behind its number \"", number.m_Text, "\" isn't read");
@@ -266,14 +278,17 @@ std::size_t FindRecordEnd(std::string_view text, EDialect eDialect, std::size_t 
     return text.find(marker, std::max(nFrom, nFirst));
 }
 
-CString Decode(std::string_view bytes, CIECodePage& codePage)
+std::string_view Decode(std::string_view bytes, CIECodePage& codePage, CString& scratch)
 {
-    return IEUtils::IsValidUtf8(bytes) ? CString(bytes) : codePage.ToText(bytes);
+    if (IEUtils::IsValidUtf8(bytes))
+        return bytes;
+    scratch = codePage.ToText(bytes);
+    return scratch;
 }
 
 bool Parse(std::string_view text, EDialect eDialect, TRecord& record, bool bLosses)
 {
-    if (IEUtils::Length(text) > kLongestRecord) {
+    if (text.size() > kLongestRecord && IEUtils::Length(text) > kLongestRecord) {
         record.m_strName = IEUtils::Left(text, kWideName);
         record.m_Losses.push_back({"record.too-long", "it is longer than the 256 characters of a record"});
         return false;

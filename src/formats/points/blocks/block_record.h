@@ -21,7 +21,8 @@ std::string_view MarkerOf(EDialect eDialect);
 /// looked for before.
 std::size_t FindRecordEnd(std::string_view text, EDialect eDialect, std::size_t nFrom = 0);
 /// The bytes of a record as text: UTF-8 stays, anything else is in the code page.
-CString Decode(std::string_view bytes, CIECodePage& codePage);
+/// `scratch` may keep it: the view lives as long as both.
+std::string_view Decode(std::string_view bytes, CIECodePage& codePage, CString& scratch);
 
 /// Something in a record that didn't come in, or not as it stands.
 struct TLoss {
