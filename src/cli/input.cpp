@@ -24,7 +24,10 @@ EExit Judge(EIEResult eResult, const CIELedger& ledger, const CIEData& job)
         return EExit::Stopped;
     if (ledger.GetCount("file.read-failed") > 0)
         return EExit::InputUnreadable;
-    return IsPart(eResult, job) ? EExit::Loss : ExitOfImport(eResult);
+    // a reader may tell of a record that it lost and still end well
+    if (IsPart(eResult, job) || (eResult == IE_OK && ledger.GetCount(TIENote::Refused) > 0))
+        return EExit::Loss;
+    return ExitOfImport(eResult);
 }
 
 std::string ExplainPart(const std::string& strFile, const CIELedger& ledger)
@@ -119,6 +122,8 @@ EExit ReadInput(CIEData& job, const std::string& strFile, const TForm& form, con
         return messages.Fail(eExit, strFile + ": can't be read to its end");
     if (eExit == EExit::Loss && IsPart(eResult, job))
         return messages.Fail(eExit, ExplainPart(strFile, watch.GetLedger()));
+    if (eExit == EExit::Loss && eResult == IE_OK)
+        return messages.Fail(eExit, strFile + " was read, but not all of it");
     if (eExit == EExit::BadContent && IsEmptyFile(strFile))
         return messages.Fail(eExit, strFile + ": the file is empty");
     if (eExit == EExit::BadContent && eResult == IE_BAD_CONTENT)

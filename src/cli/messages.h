@@ -22,6 +22,21 @@ inline void PutOnError(const std::string& text)
     return std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
 }
 
+/// The text with control characters as \x1B, so that nothing out of a file drives a terminal; line ends stay.
+inline std::string MakePrintable(const std::string& text)
+{
+    constexpr unsigned char kDelete = 0x7F;
+    std::string shown;
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if ((byte < ' ' && c != '\n') || byte == kDelete)
+            shown += fmt::format("\\x{:02X}", byte);
+        else
+            shown += c;
+    }
+    return shown;
+}
+
 /// Speaks, and remembers why a run failed for its report.
 class CMessages {
 public:
@@ -45,7 +60,7 @@ public:
     [[nodiscard]] const std::string& GetFailure() const { return m_strFailure; }
 
 private:
-    static void Print(const std::string& text) { PutOnError(text + "\n"); }
+    static void Print(const std::string& text) { PutOnError(MakePrintable(text) + "\n"); }
 
     bool m_bQuiet;
     std::string m_strFailure;

@@ -142,3 +142,8 @@ EIEResult CIEPointImporter::Refuse(const char* pCode, CString strReason)
     m_strRefusal = std::move(strReason);
     return IE_PARTIAL;
 }
+
+void CIEPointImporter::NoteLine(const char* pCode, const CIEObject& object, CString strReason) const
+{
+    Note(TIENote::Changed, pCode, m_nLine, object.GetName(), std::move(strReason));
+}

@@ -27,6 +27,8 @@ public:
 protected:
     /// Keeps the reason for the note on this line. `pCode` lives for ever. Gives IE_PARTIAL.
     EIEResult Refuse(const char* pCode, CString strReason);
+    /// Tells of something on this line that came in, but not as it stands.
+    void NoteLine(const char* pCode, const CIEObject& object, CString strReason) const;
     /// The start of a field, for notes: what has no delimiter may be as long as the file.
     static CString Excerpt(std::string_view text);
     /// Turns one code text, as "ROAD:width=3.5&note@c1", into a code of the object and, if it is new, of the job.

@@ -54,6 +54,17 @@ class Failures(ProgramTest):
         self.assertIn("Points       1", self.check(LOSS, "info", "cut.sim").out)
         self.check_failure(LOSS, "convert", "cut.sim", "other.sim", "--fail-on", "loss")
 
+    def test_a_record_that_is_lost_makes_the_result_partial(self):
+        self.write("cut.txt", "P\n1\n2\n3\nC\nQ\n4\n")
+        answer = self.check(LOSS, "convert", "cut.txt", "out.sim", "--from", "five-lines")
+        self.assertIn("cut.txt was read, but not all of it", answer.err)
+        self.assertEqual(self.read("out.sim").count(b"A01,"), 1)
+
+    def test_nothing_out_of_a_file_drives_the_terminal(self):
+        self.write("bad.csv", "P\x1b[31m\0Q,1,2,3\n")
+        said = self.check_failure(CONTENT, "convert", "bad.csv", "out.sim", "--from", "comma-neh").err
+        self.assertIn('bad.csv:1: refused: "P\\x1B[31m\\x00Q" can\'t name a point (line.name)\n', said)
+
     def test_many_notes_are_counted(self):
         self.write("bad.txt", HEADER + "A,1,2,3,\n" + "B,x,2,3,\n" * 30 + "C,1\n" * 5)
         said = self.check(LOSS, "info", "bad.txt").err

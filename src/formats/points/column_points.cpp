@@ -1,5 +1,7 @@
 #include "formats/points/column_points.h"
 
+#include "vellumlib/utils.h"
+
 namespace {
 
 using enum EIEPiece;
@@ -63,7 +65,8 @@ constexpr TIEWriteForm kWriteForms[] = {
      .m_Record = kNoteRecord,
      .m_nDecimals = 3,
      .m_pWayBack = &FindForm(kReadForms, kWithNotes),
-     .m_pNoteLine = kNoteLine},
+     .m_pNoteLine = kNoteLine,
+     .m_pReadNote = &ColumnPoints::ReadNote},
     {.m_nCode = 57, .m_Record = kControlRecord, .m_nDecimals = 3, .m_pWayBack = &FindForm(kReadForms, 45)},
     {.m_nCode = 60, .m_Record = kMarkedRecord, .m_nDecimals = 3, .m_pWayBack = &FindForm(kReadForms, kMarked)},
 };
@@ -81,34 +84,49 @@ CIERecordImporter::EAnswer CIEColumnPointImporter::TakeLine(std::string_view lin
         return TakeWithNotes(line);
     if (m_nCode == kMarked && !line.starts_with(kRecordMark))
         return Taken;
+    m_bMarked = true;
     return TakeRecord(line, m_nLine);
+}
+
+void CIEColumnPointImporter::NoteEnd() const
+{
+    if (m_nCode == kMarked && !m_bMarked && m_nLine > 0)
+        Note(TIENote::LeftOut, "file.no-record", m_nLine, {},
+             "none of the lines begins with \"" + CString(kRecordMark) + "\", as the records of this form do");
 }
 
 CIERecordImporter::EAnswer CIEColumnPointImporter::TakeWithNotes(std::string_view line)
 {
     if (line.starts_with(kNoteMark)) {
-        if (m_bHeld)
-            return TakeHeld(line.substr(1));
+        if (!m_strHeld.empty())
+            return TakeHeld(line);
         Note(TIENote::LeftOut, "line.note", m_nLine, {}, "no point stands ahead of this note");
         return Taken;
     }
-    const EAnswer eAnswer = m_bHeld ? TakeHeld({}) : Taken;
-    // an empty line is asked for at the end of the file alone, for the sake of the held one
-    m_bHeld = eAnswer == Taken && !(line.empty() && m_bAtEnd);
+    const EAnswer eAnswer = m_strHeld.empty() ? Taken : TakeHeld({});
     m_strHeld = line;
     m_nHeldLine = m_nLine;
     return eAnswer;
 }
 
-CIERecordImporter::EAnswer CIEColumnPointImporter::TakeHeld(std::string_view notes)
+CIERecordImporter::EAnswer CIEColumnPointImporter::TakeHeld(std::string_view noteLine)
 {
-    m_bHeld = false;
+    const CString strHeld = std::move(m_strHeld);
+    m_strHeld.clear();
     TIEPointRecord record;
-    if (!m_Reader.Read(m_strHeld, record))
+    if (!m_Reader.Read(strHeld, record))
         return RefuseRecord(m_nHeldLine, record.m_Name);
-    record.m_Notes = notes;
+    record.m_Notes = ColumnPoints::ReadNote(noteLine);
     TakePoint(record, m_nHeldLine);
+    if (IEUtils::Length(noteLine) > kColumns)
+        Note(TIENote::Changed, "line.note", m_nLine, m_pPoint->GetName(),
+             "its note is longer than its line may be, and was cut");
     return Taken;
+}
+
+std::string_view ColumnPoints::ReadNote(std::string_view noteLine)
+{
+    return noteLine.empty() ? noteLine : IEUtils::Trim(IEUtils::Left(noteLine, kColumns).substr(1));
 }
 
 CIEColumnListExporter::CIEColumnListExporter(CIEData* pData, const CString& strFileName, int nCode)

@@ -14,17 +14,25 @@ public:
 protected:
     EAnswer TakeLine(std::string_view line) override;
     /// The held line is finished at the end of the file.
-    [[nodiscard]] bool AwaitsLine() const override { return m_bHeld; }
+    [[nodiscard]] bool AwaitsLine() const override { return !m_strHeld.empty(); }
+    void NoteEnd() const override;
 
 private:
     EAnswer TakeWithNotes(std::string_view line);
-    EAnswer TakeHeld(std::string_view notes);
+    EAnswer TakeHeld(std::string_view noteLine);
 
     int m_nCode;
-    bool m_bHeld = false;
-    CString m_strHeld; ///< the data line that waits for its note
+    CString m_strHeld; ///< the data line that waits for its note; empty for none
     std::int64_t m_nHeldLine = 0;
+    bool m_bMarked = false; ///< a line of our records was among the lines
 };
+
+namespace ColumnPoints {
+
+/// The note that a note line holds behind its mark: without blanks at both ends, and of a line no more than counts.
+std::string_view ReadNote(std::string_view noteLine);
+
+} // namespace ColumnPoints
 
 /// Export codes 47, 57 and 60.
 class CIEColumnListExporter : public CIERecordExporter {

@@ -42,6 +42,8 @@ EIEResult CIEFixedColumnImporter::ParseLine(std::string_view line, std::unique_p
         return IE_BAD_CONTENT;
     }
     pObject = CIERecordReader::MakePoint(*m_pData, record);
+    for (const CIERecordReader::TDoubt& doubt : m_Reader.GetDoubts())
+        NoteLine(doubt.m_pCode, *pObject, doubt.m_strReason);
     return IE_OK;
 }
 

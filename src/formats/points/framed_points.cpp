@@ -85,6 +85,13 @@ CIERecordImporter::EAnswer CIEFramedPointImporter::TakeLine(std::string_view lin
     return TakeRecord(line, m_nLine);
 }
 
+void CIEFramedPointImporter::NoteEnd() const
+{
+    if (!m_bFirstLine)
+        Note(TIENote::LeftOut, "file.no-end", m_nLine, {},
+             CString("the file lacks the line \"") + kFrameEnd + "\" that closes the data; it may be cut");
+}
+
 CIEFramedPointExporter::CIEFramedPointExporter(CIEData* pData, const CString& strFileName, int nCode)
     : CIERecordExporter(pData, strFileName, FindForm(kWriteForms, nCode))
 {

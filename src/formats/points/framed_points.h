@@ -11,6 +11,7 @@ public:
 
 protected:
     EAnswer TakeLine(std::string_view line) override;
+    void NoteEnd() const override;
 
 private:
     bool m_bFirstLine = true; ///< the line that opens the frame is due

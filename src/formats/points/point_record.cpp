@@ -10,6 +10,7 @@ namespace {
 constexpr std::size_t kFieldsOfRelative = 7;
 constexpr std::size_t kShortFirstReference = 5; // without a field for the code string
 constexpr std::size_t kLongFirstReference = 6;
+constexpr std::size_t kMostFields = 9; ///< one more than the longest record has
 
 bool IsAscii(std::string_view text)
 {
@@ -27,13 +28,21 @@ CString Excerpt(std::string_view text)
 bool CIERecordReader::Read(std::string_view text, TIEPointRecord& record)
 {
     record = {};
+    m_Doubts.clear();
     return m_Form.m_cDelimiter != '\0' ? ReadFields(text, record) : ReadColumns(text, record);
 }
 
 bool CIERecordReader::ReadFields(std::string_view text, TIEPointRecord& record)
 {
     m_Fields.clear();
-    IEUtils::ParseValues(text, m_Fields, static_cast<char16_t>(m_Form.m_cDelimiter));
+    // nobody looks at more fields, however many delimiters a line has
+    for (std::size_t nStart = 0; !text.empty() && m_Fields.size() < kMostFields;) {
+        const std::size_t nEnd = text.find(m_Form.m_cDelimiter, nStart);
+        m_Fields.push_back(text.substr(nStart, nEnd - nStart));
+        if (nEnd == std::string_view::npos)
+            break;
+        nStart = nEnd + 1;
+    }
     if (m_Fields.empty())
         return Refuse("line.empty", "the line is empty ahead of the end of the data");
     if (m_Fields.size() < m_Form.m_nFewestFields)
@@ -59,6 +68,8 @@ bool CIERecordReader::ReadReferences(TIEPointRecord& record)
     record.m_bRelative = true;
     record.m_FirstReference = m_Fields[nFirst];
     record.m_SecondReference = m_Fields[nFirst + 1];
+    if (record.m_FirstReference.empty() && record.m_SecondReference.empty())
+        Doubt("line.references", "its number of fields makes it a point-to-line point, but it names no reference line");
     return ReadPiece(EIEPiece::North, m_Fields[1], record) && ReadPiece(EIEPiece::East, m_Fields[2], record);
 }
 
@@ -86,6 +97,8 @@ bool CIERecordReader::ReadPiece(EIEPiece ePiece, std::string_view text, TIEPoint
             record.m_Name = text;
         else if (m_Form.m_eName == TIEReadForm::MustBeValid)
             return Refuse("line.name", "\"" + Excerpt(text) + "\" can't name a point");
+        else if (!text.empty())
+            Doubt("line.name", "\"" + Excerpt(text) + "\" can't name a point and is left out");
         return true;
     case EIEPiece::North:
         return ReadNumber(text, false, "north", record.m_dNorth);
@@ -146,12 +159,20 @@ bool CIERecordReader::ReadNumber(std::string_view text, bool bHeight, const char
         bOk = IEUtils::StringToDouble(text, dRead, false);
     else
         dRead = IEUtils::StringByStyleToDist(m_Info.GetDistUnits(), text, bOk);
-    if (bOk)
+    if (bOk) {
         dValue = dRead;
-    if (bOk || m_Form.m_eNumbers == TIEReadForm::LengthsIfValid ||
-        (bHeight && m_Form.m_eNumbers == TIEReadForm::WithoutUnits))
         return true;
-    return Refuse("line.number", CString("its ") + pWhat + " \"" + Excerpt(text) + "\" can't be read");
+    }
+    const CString strReason = CString("its ") + pWhat + " \"" + Excerpt(text) + "\" can't be read";
+    const bool bLeftOut = m_Form.m_eNumbers == TIEReadForm::LengthsIfValid || bDegrees ||
+                          (bHeight && m_Form.m_eNumbers == TIEReadForm::WithoutUnits);
+    return bLeftOut ? Doubt("line.number", strReason + " and is 0") : Refuse("line.number", strReason);
+}
+
+bool CIERecordReader::Doubt(const char* pCode, CString strReason)
+{
+    m_Doubts.push_back({pCode, std::move(strReason)});
+    return true;
 }
 
 bool CIERecordReader::Refuse(const char* pCode, CString strReason)

@@ -112,6 +112,14 @@ public:
     /// The same for one piece alone.
     bool ReadPiece(EIEPiece ePiece, std::string_view text, TIEPointRecord& record);
 
+    /// Something of a record that was taken and didn't come in as it stands.
+    struct TDoubt {
+        const char* m_pCode; ///< stable word
+        CString m_strReason; ///< a sentence
+    };
+    /// Those of the last record.
+    [[nodiscard]] const std::vector<TDoubt>& GetDoubts() const { return m_Doubts; }
+
     /// Why the last record was refused: a stable word, and a sentence.
     [[nodiscard]] const char* GetRefusalCode() const { return m_pRefusalCode; }
     [[nodiscard]] const CString& GetRefusal() const { return m_strRefusal; }
@@ -126,10 +134,13 @@ private:
     bool ReadNumber(std::string_view text, bool bHeight, const char* pWhat, double& dValue);
     bool ReadHeight(std::string_view text, TIEPointRecord& record);
     bool Refuse(const char* pCode, CString strReason);
+    /// Keeps what isn't as it should be for the host. True.
+    bool Doubt(const char* pCode, CString strReason);
 
     const TIEReadForm& m_Form;
     const TIEJobInfo& m_Info;
     std::vector<std::string_view> m_Fields;
+    std::vector<TDoubt> m_Doubts;
     const char* m_pRefusalCode = "";
     CString m_strRefusal;
 };

@@ -215,9 +215,9 @@ void CIERecordExporter::NoteWayBack(const CIEStation& station, const CIEObject& 
     std::string_view text = m_Line.GetText();
     std::string_view notes;
     if (m_Form.m_pNoteLine) {
-        const std::string_view mark = m_Form.m_pNoteLine;
-        const std::size_t nEnd = text.find(mark);
-        notes = text.substr(nEnd + mark.size());
+        constexpr std::size_t kLineEnd = 2; // of the mark
+        const std::size_t nEnd = text.find(m_Form.m_pNoteLine);
+        notes = m_Form.m_pReadNote(text.substr(nEnd + kLineEnd));
         text = text.substr(0, nEnd);
     }
     CString strLines; // records of several lines are read with one mark between these

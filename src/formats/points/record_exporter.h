@@ -61,7 +61,8 @@ struct TIEWriteForm {
     bool m_bJoins = false;             ///< a reader joins points in a row that share a name
     const char* m_pHead = "";          ///< first line without its end; empty for none
     const char* m_pFoot = "";          ///< last line
-    const char* m_pNoteLine = nullptr; ///< what ends the first line and begins the second, which is the note
+    const char* m_pNoteLine = nullptr; ///< line end, and the mark of a second line ...
+    std::string_view (*m_pReadNote)(std::string_view noteLine) = nullptr; ///< ... and how a reader takes that one
 };
 
 /// Writes each point-like object as one record of a form; nothing else. North and east are in the job's units, or

@@ -3,9 +3,7 @@
 #include "vellumlib/utils.h"
 
 CIERecordImporter::CIERecordImporter(CIEData* pData, CString strFileName, const TIEReadForm& form)
-    : CIEImporter(pData, std::move(strFileName)),
-      m_Reader(form, *pData->GetJobInfo()),
-      m_dMissingHeight(form.m_dMissingHeight)
+    : CIEImporter(pData, std::move(strFileName)), m_Reader(form, *pData->GetJobInfo()), m_Form(form)
 {
 }
 
@@ -15,11 +13,21 @@ EIEResult CIERecordImporter::Import()
     if (!file.Open(m_strFileName, m_pData->GetSettings().m_strCodePage))
         return IE_CANNOT_OPEN_FILE;
     CIEDataset* const pDataset = m_pData->AddDataset(std::make_unique<CIEDataset>("Import dataset"));
+    NoteUnits();
     const EIEResult eResult = ReadLines(file, *pDataset);
     if (file.HasFailed())
         Note(TIENote::Refused, "file.read-failed", file.GetLineNumber() + 1, {}, "the rest of the file can't be read");
     Progress(file);
     return eResult;
+}
+
+void CIERecordImporter::NoteUnits() const
+{
+    const TIEJobInfo& info = *m_pData->GetJobInfo();
+    const bool bLengths = m_Form.m_eNumbers == TIEReadForm::Lengths || m_Form.m_eNumbers == TIEReadForm::LengthsIfValid;
+    if (bLengths && info.GetCSType() == TIEJobInfo::Geographic && IEUtils::ToMetersFactor(1, info.GetDistUnits()) != 1)
+        Note(TIENote::Changed, "job.units", 0, {},
+             "the form has no degrees: latitude and longitude are converted as lengths in the job's units");
 }
 
 EIEResult CIERecordImporter::ReadLines(CIETextFile& file, CIEDataset& dataset)
@@ -32,8 +40,8 @@ EIEResult CIERecordImporter::ReadLines(CIETextFile& file, CIEDataset& dataset)
         const bool bRead = file.ReadLine(line);
         if (!bRead)
             line = {};
-        m_bAtEnd = !bRead || file.GetPosition() == nLength;
-        if (line.empty() && m_bAtEnd && !AwaitsLine()) {
+        const bool bAtEnd = !bRead || file.GetPosition() == nLength;
+        if (line.empty() && bAtEnd && !AwaitsLine()) {
             NoteEnd();
             break;
         }
@@ -90,9 +98,11 @@ CIERecordImporter::EAnswer CIERecordImporter::TakeRecord(std::string_view text, 
 void CIERecordImporter::TakePoint(const TIEPointRecord& record, std::int64_t nLine)
 {
     m_pPoint = CIERecordReader::MakePoint(*m_pData, record);
-    if (m_dMissingHeight != 0.0 && record.m_dHeight == m_dMissingHeight)
+    if (m_Form.m_dMissingHeight != 0.0 && record.m_dHeight == m_Form.m_dMissingHeight)
         Note(TIENote::Changed, "line.height", nLine, m_pPoint->GetName(),
-             "it has no height; " + IEUtils::DoubleToString(m_dMissingHeight, -1) + " m stands for that");
+             "it has no height; " + IEUtils::DoubleToString(m_Form.m_dMissingHeight, -1) + " m stands for that");
+    for (const CIERecordReader::TDoubt& doubt : m_Reader.GetDoubts())
+        Note(TIENote::Changed, doubt.m_pCode, nLine, m_pPoint->GetName(), doubt.m_strReason);
 }
 
 CIERecordImporter::EAnswer CIERecordImporter::Refuse(std::int64_t nLine, CString strName, const char* pCode,

@@ -46,11 +46,11 @@ protected:
     CIERecordReader m_Reader;
     std::unique_ptr<CIEObject> m_pPoint; ///< completed by the line
     std::int64_t m_nLine = 0;            ///< the line being taken, from 1
-    bool m_bAtEnd = false;               ///< nothing of the file stands behind it
 
 private:
     EIEResult ReadLines(CIETextFile& file, CIEDataset& dataset);
     void NoteRest(CIETextFile& file) const;
+    void NoteUnits() const;
 
-    double m_dMissingHeight;
+    const TIEReadForm& m_Form;
 };

@@ -161,10 +161,10 @@ const TCase kCases[] = {
     {15, "       0                     P           1.000         2.000", "", IE_BAD_CONTENT, "1:line.number "},
     {15, "       0                                 1.000         2.000         3.000", "", IE_BAD_CONTENT, "1:line.name "},
     // the frame
-    {38, "A,01,Z,\r\nG,P,1,2,3,X,\r\nG,Q,1,2\r\nG,R,1,2,h\r\nZ,&,\r\n", "point P 1 2 3\npoint Q 1 2 0\npoint R 1 2 0"},
-    {38, "A,01,Z,\nG,P,1,2,3,X,\n",                "point P 1 2 3"},
+    {38, "A,01,Z,\r\nG,P,1,2,3,X,\r\nG,Q,1,2\r\nG,R,1,2,h\r\nZ,&,\r\n", "point P 1 2 3\npoint Q 1 2 0\npoint R 1 2 0", IE_OK, "4:line.number "},
+    {38, "A,01,Z,\nG,P,1,2,3,X,\n",                "point P 1 2 3", IE_OK, "2:file.no-end "},
     {38, "A,01,Z,\nZ,&,\n",                        ""},
-    {38, "A,01,Z,\n",                              "", IE_NOTHING_DONE},
+    {38, "A,01,Z,\n",                              "", IE_NOTHING_DONE, "1:file.no-end "},
     {38, "G,P,1,2,3,X,\n",                         "", IE_NOTHING_DONE, "1:file.no-frame "},
     {38, "A,01,Z,\nG,P,1,2,3,X,\nG,Q,1\n",         "point P 1 2 3", IE_BAD_CONTENT, "3:line.field-count "},
     {38, "A,01,Z,\nG,P,1,2,3,X,\nZ,&,\nG,Q,1,2,3\n", "point P 1 2 3", IE_OK, "4:line.behind-end "},
@@ -181,13 +181,20 @@ const TCase kCases[] = {
     // rows marked 05, among others
     {47, " 01 head\r\n 05 P          TREE            1.000       2.000    3.000   note\r\n\r\n 05 Q                          1.000       2.000\r\n 07\r\n",
          "point P 1 2 3 'note' TREE()\npoint Q 1 2 999999.9", IE_OK, "4:line.height "},
-    {47, " 05            T              x           2.000    y\n", "point T 0 2 0 T()"},
-    {47, " 01 head\n",                             ""},
+    {47, " 05            T              x           2.000    y\n", "point T 0 2 0 T()", IE_OK, "1:line.number 1:line.number "},
+    {47, " 01 head\n",                             "", IE_OK, "1:file.no-record "},
     // rows marked 001
     {7,  "P        001 1.000000     2.000000     3.000000        P\r\nQ        001 x            2.000000     3.000000        Q\r\n", "point P 1 2 3", IE_PARTIAL, "2:line.number "},
     {7,  "P        001 1.000000     2.000000     3.000000         note", "point P 1 2 3 'note'"},
     {7,  "P        001 1.000000     2.000000     3.000000\nP        001 4.000000     2.000000     3.000000\n\nR\n", "line P 1 2 3 | 4 2 3", IE_OK, "4:line.behind-end "},
     {7,  "P        001 1.0\n",                     "", IE_BAD_CONTENT, "1:line.number "},
+    // blank lines between them, and notes with blanks at their ends
+    {36, "                       A       P         1.000         2.000         3.000\n!  two words \n\n\n                       A       Q         1.000         2.000         3.000\n\n\n", "point P 1 2 3 'two words' A()\npoint Q 1 2 3 A()"},
+    {36, "\n\n", ""},
+    {36, "                       A       P         1.000         2.000         3.000\nrubbish", "point P 1 2 3 A()", IE_BAD_CONTENT, "2:line.number "},
+    // what is passed over in a line is told
+    {47, " 05 \x01          T             1.000       2.000    3.000", "point T 1 2 3 T()", IE_OK, "1:line.name "},
+    {28, "P,1,2,3,,,\n", "relative P 1 2 3 of   along", IE_OK, "1:line.references "},
     // fields without a blank between them
     {15, "12345678abcdefghIJKLMNOPqrstuvwx-100000000.125-200000000.125-300000000.125     0 0", "point qrstuvwx -100000000.125 -200000000.125 -300000000.125 IJKLMNOP()&abcdefgh"},
     {36, "12345678abcdefghIJKLMNOPqrstuvwx-100000000.125-200000000.125-300000000.125", "point qrstuvwx -100000000.125 -200000000.125 -300000000.125 IJKLMNOP()&abcdefgh@12345678"},
@@ -208,22 +215,38 @@ TEST_F(RecordFormsTest, Reads)
     }
 }
 
+TEST_F(RecordFormsTest, LongLinesCostWhatIsLookedAt)
+{
+    CIEData job;
+    const CString strNote(200, 'n');
+    const TImported cut = Import(
+        job, 36, "                               P         1.000         2.000         3.000\n!" + strNote + "\n");
+    EXPECT_EQ(cut.m_strObjects, "point P 1 2 3 '" + CString(127, 'n') + "' ()\n");
+    EXPECT_EQ(cut.m_strNotes, "2:line.note ");
+    CIEData commas;
+    EXPECT_EQ(Import(commas, 28, "P,1,2,3," + CString(3'000'000, ',') + "\n"),
+              (TImported{IE_OK, "relative P 1 2 3 of   along\n", "1:line.references "}));
+}
+
 TEST_F(RecordFormsTest, ReadsLengthsInTheUnitsOfTheJob)
 {
     const auto read = [this](int nCode, TIEJobInfo::ECSType type, const char* pText) {
         CIEData job;
         job.GetJobInfo()->SetDistUnits(EDIST_UNITS::InternationalFeet);
         job.GetJobInfo()->SetCSType(type);
-        return Import(job, nCode, pText).m_strObjects;
+        const TImported imported = Import(job, nCode, pText);
+        return imported.m_strObjects + imported.m_strNotes;
     };
     constexpr const char* kRow7 = "P        001 10           20           30\n";
     EXPECT_EQ(read(28, TIEJobInfo::Plane, "P,10,20,30\n"), "point P 3.048 6.096 9.144\n");
-    EXPECT_EQ(read(28, TIEJobInfo::Geographic, "P,10,20,30\n"), "point P 3.048 6.096 9.144\n");
+    EXPECT_EQ(read(28, TIEJobInfo::Geographic, "P,10,20,30\n"), "point P 3.048 6.096 9.144\n0:job.units ");
     EXPECT_EQ(read(7, TIEJobInfo::Plane, kRow7), "point P 3.048 6.096 9.144\n");
     EXPECT_EQ(read(7, TIEJobInfo::Geographic, kRow7), "point P 10 20 9.144\n");
-    EXPECT_EQ(read(38, TIEJobInfo::Plane, "A,01,Z,\nG,P,10,20,30\n"), "point P 10 20 30\n");
+    EXPECT_EQ(read(7, TIEJobInfo::Geographic, "P        001 1O           20           30\n"),
+              "point P 0 20 9.144\n1:line.number ");
+    EXPECT_EQ(read(38, TIEJobInfo::Plane, "A,01,Z,\nG,P,10,20,30\nZ,&,"), "point P 10 20 30\n");
     EXPECT_EQ(read(47, TIEJobInfo::Plane, " 05 P                             10          20\n"),
-              "point P 3.048 6.096 999999.9\n");
+              "point P 3.048 6.096 999999.9\n1:line.height ");
 }
 
 TEST_F(RecordFormsTest, TheCheckIsOverTheBytesOfTheFile)
