@@ -20,7 +20,7 @@ static_assert(sizeof(off_t) == 8, "offsets beyond 2 GB need a 64-bit off_t");
 namespace {
 
 constexpr std::size_t kReadBuffer = std::size_t{1} << 20;
-constexpr std::size_t kWriteBuffer = std::size_t{256} << 10;
+constexpr std::size_t kWriteBuffer = std::size_t{64} << 10; // a larger one gains no time
 // what a single call may move differs between systems, and some refuse more than 2 GB outright
 constexpr std::size_t kLargestTransfer = std::size_t{1} << 30;
 
