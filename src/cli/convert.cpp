@@ -102,6 +102,8 @@ EExit CConversion::Write(std::unique_ptr<CIEData> pJob)
     if (!m_Out.IsJob())
         DropEmptyDatasets(*pJob, m_Out, m_Arguments.m_strOut, m_ExportWatch, m_Messages);
     SetUpOutput(*pJob, m_Arguments.m_Job);
+    if (m_Arguments.m_Job.m_bHeader && !m_Out.HasHeader())
+        m_Messages.Warn(m_Arguments.m_strOut + ": this form has no header line, and --header adds none");
     const TIESettings& settings = pJob->GetSettings();
     if (m_Out.IsDelimited() && settings.m_bAttrQuotes && !settings.m_bAttrTypes)
         m_Messages.Say(m_Arguments.m_strOut +

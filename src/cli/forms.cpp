@@ -173,6 +173,12 @@ bool TForm::IsDelimited() const
     return m_pRow && std::string_view(m_pRow->m_pKey).starts_with(kDelimitedKey);
 }
 
+bool TForm::HasHeader() const
+{
+    const std::string_view key = m_pRow ? m_pRow->m_pKey : "";
+    return IsDelimited() || key == "gps-list" || key == "sheet-points";
+}
+
 EExit ChooseInput(const std::string& strFile, const std::string& strWanted, bool bLayout, TForm& form,
                   CMessages& messages)
 {
@@ -222,11 +228,18 @@ EExit ChooseOutput(const std::string& strFile, const std::string& strWanted, TFo
     }
     const CString extension = IEUtils::GetExtension(strFile);
     const std::vector<const TIEFormatRow*> rows = CIEFormatTable::FindByExtension(EIEDirection::Export, extension);
-    if (extension.empty() || rows.empty())
-        return messages.Fail(EExit::FormUnknown,
-                             fmt::format("{}: {}; --to names a form, and \"alidade formats\" lists them", strFile,
-                                         extension.empty() ? std::string("without an extension its form is unknown")
-                                                           : "no form to write has the extension " + extension));
+    if (extension.empty() || rows.empty()) {
+        std::string text = strFile + ": ";
+        text += extension.empty() ? "without an extension its form is unknown"
+                                  : "no form to write has the extension " + extension;
+        // a form of several files reads by their extensions and is written by its key
+        for (const TIEFormatRow* const pRead : CIEFormatTable::FindByExtension(EIEDirection::Import, extension)) {
+            const TIEFormatRow* const pWrite = CIEFormatTable::FindByKey(EIEDirection::Export, pRead->m_pKey);
+            if (pWrite && pWrite->IsBuilt())
+                text += fmt::format("; --to {} writes what is read from it", pWrite->m_pKey);
+        }
+        return messages.Fail(EExit::FormUnknown, text + "; --to names a form, and \"alidade formats\" lists them");
+    }
     if (rows.size() > 1 && !AreVariants(rows)) {
         CChoice choice;
         for (const TIEFormatRow* pRow : rows)

@@ -19,6 +19,8 @@ struct TForm {
     [[nodiscard]] std::string Describe() const;
     /// Delimited text, whose layout the command line may tell.
     [[nodiscard]] bool IsDelimited() const;
+    /// A form whose first line may tell its layout: delimited text and the lists that share its fields.
+    [[nodiscard]] bool HasHeader() const;
 };
 
 /// Finds the form of an input: the one that was asked for, or the only one that fits the file's content and name. A

@@ -1,5 +1,6 @@
 #include "cli/input.h"
 
+#include "cli/content.h"
 #include "cli/hints.h"
 #include "cli/report.h"
 #include "cli/stop.h"
@@ -17,6 +18,12 @@ bool IsPart(EIEResult eResult, const CIEData& job)
     return eResult == IE_BAD_CONTENT && job.GetNumberOfObjectsInAllDatasets() > 0;
 }
 
+bool IsEmptyJob(const CIEData& job)
+{
+    return DescribeContent(job) == "nothing" && job.GetIEDataDictionary()->GetSize() == 0 &&
+           !job.GetIERoadTemplatesDictionary();
+}
+
 EExit Judge(EIEResult eResult, const CIELedger& ledger, const CIEData& job)
 {
     // an importer may end a stopped run with what it has
@@ -27,6 +34,9 @@ EExit Judge(EIEResult eResult, const CIELedger& ledger, const CIEData& job)
     // a reader may tell of a record that it lost and still end well
     if (IsPart(eResult, job) || (eResult == IE_OK && ledger.GetCount(TIENote::Refused) > 0))
         return EExit::Loss;
+    // nothing at all is no job, though an empty file of the form is
+    if (eResult == IE_OK && ledger.GetCount(TIENote::LeftOut) > 0 && IsEmptyJob(job))
+        return EExit::BadContent;
     return ExitOfImport(eResult);
 }
 
@@ -38,8 +48,7 @@ std::string ExplainPart(const std::string& strFile, const CIELedger& ledger)
             nLine = note.m_nLine;
     }
     return fmt::format("{} was read in part: {}", strFile,
-                       nLine > 0 ? fmt::format("nothing from line {} on was read", nLine)
-                                 : std::string("reading ended early"));
+                       nLine > 0 ? fmt::format("reading ended at line {}", nLine) : std::string("reading ended early"));
 }
 
 /// Coordinates that no place on the earth has show that plane ones were taken for latitude and longitude.
@@ -126,6 +135,10 @@ EExit ReadInput(CIEData& job, const std::string& strFile, const TForm& form, con
         return messages.Fail(eExit, strFile + " was read, but not all of it");
     if (eExit == EExit::BadContent && IsEmptyFile(strFile))
         return messages.Fail(eExit, strFile + ": the file is empty");
+    if (eExit == EExit::BadContent && eResult == IE_OK)
+        return messages.Fail(eExit, fmt::format("{} {}", strFile, ExplainImport(IE_NOTHING_DONE)));
+    if (eResult == IE_CANNOT_OPEN_FILE && !watch.GetLedger().IsEmpty())
+        return messages.Fail(eExit, strFile + ": a file that belongs to it can't be opened");
     if (eExit == EExit::BadContent && eResult == IE_BAD_CONTENT)
         return messages.Fail(eExit, fmt::format("{}: its content isn't of the form {}{}", strFile, form.Describe(),
                                                 problem.empty() ? "" : ": " + problem));

@@ -153,7 +153,8 @@ void NoteObject(const CIEData& job, const CString& strFile, const CIEObject& obj
     const CString& strName = object.GetName();
     const CString strWord = WordFor(object);
     if (!(KindOf(object) & nCarries)) {
-        notes.AddLeftOut("object.kind", strName, "the form doesn't hold a " + strWord);
+        notes.AddLeftOut("object.kind", strName,
+                         CString("the form doesn't hold ") + (strWord[0] == 'a' ? "an " : "a ") + strWord);
         return;
     }
     if (object.GetNumberOfCodes() > 0 && !(nCarries & CARRIES_CODES))

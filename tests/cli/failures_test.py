@@ -48,7 +48,7 @@ class Failures(ProgramTest):
     def test_what_stands_ahead_of_a_bad_record_is_written(self):
         self.write("cut.sim", "G00,03,J,\r\nA00,\r\nA01,1,A,1,2,3,\r\nA01,2,B,east,2,3,\r\nA01,3,C,1,2,3,\r\nA99,\r\n")
         answer = self.check(LOSS, "convert", "cut.sim", "out.sim", "--report", "report.json")
-        self.assertIn("cut.sim was read in part: nothing from line 4 on was read", answer.err)
+        self.assertIn("cut.sim was read in part: reading ended at line 4", answer.err)
         self.assertEqual(self.read("out.sim").count(b"A01,"), 1)
         self.assertEqual(self.read_json("report.json")["import"]["result"]["name"], "bad-content")
         self.assertIn("Points       1", self.check(LOSS, "info", "cut.sim").out)
@@ -59,6 +59,15 @@ class Failures(ProgramTest):
         answer = self.check(LOSS, "convert", "cut.txt", "out.sim", "--from", "five-lines")
         self.assertIn("cut.txt was read, but not all of it", answer.err)
         self.assertEqual(self.read("out.sim").count(b"A01,"), 1)
+
+    def test_a_file_without_a_record(self):
+        self.write("words.txt", "hello world\nfoo\n")
+        for form in ("block-fgh", "columns-05"):
+            answer = self.check_failure(CONTENT, "convert", "words.txt", "out.sim", "--from", form)
+            self.assertIn("words.txt holds nothing that could be used", answer.err)
+        self.write("pair.cor", " A                         1.0000        2.0000\n")
+        self.assertIn("pair.cor: a file that belongs to it can't be opened",
+                      self.check_failure(UNREADABLE, "convert", "pair.cor", "out.sim").err)
 
     def test_nothing_out_of_a_file_drives_the_terminal(self):
         self.write("bad.csv", "P\x1b[31m\0Q,1,2,3\n")

@@ -6,7 +6,7 @@ import re
 import subprocess
 import unittest
 
-from program import DONE, POINTS, PROGRAM, ROOT, SECONDS, USAGE, ProgramTest
+from program import DONE, POINTS, PROGRAM, ROOT, SECONDS, UNKNOWN, USAGE, ProgramTest
 
 OPTION = re.compile(r"(?<![\w-])--[a-z][a-z-]*")
 
@@ -17,6 +17,12 @@ def manual():
 
 
 class Usage(ProgramTest):
+    def test_hints_that_save_a_search(self):
+        self.write("in.txt", POINTS)
+        self.assertIn("--to cor-lev writes what is read from it", self.check_failure(UNKNOWN, "convert", "in.txt", "out.cor").err)
+        said = self.check(DONE, "convert", "in.txt", "out.csv", "--to", "comma-neh", "--header").err
+        self.assertIn("out.csv: this form has no header line, and --header adds none", said)
+
     def test_what_makes_no_sense_is_refused(self):
         self.write("in.txt", POINTS)
         good = ("convert", "in.txt", "out.sim")

@@ -72,8 +72,12 @@ EIEResult CIECorLevImporter::Import()
 bool CIECorLevImporter::Open(CIETextFile& file, const char* pExtension)
 {
     const CString& strCodePage = m_pData->GetSettings().m_strCodePage;
-    if (file.Open(m_strBase + pExtension, strCodePage) || file.Open(m_strBase + ToUpper(pExtension), strCodePage))
-        return true;
+    const CString strUpper = ToUpper(pExtension);
+    const CString strCapital = strUpper.substr(0, 2) + CString(pExtension).substr(2); // behind the point
+    for (const CString& strExtension : {CString(pExtension), strUpper, strCapital}) {
+        if (file.Open(m_strBase + strExtension, strCodePage))
+            return true;
+    }
     NoteIn(m_strBase + pExtension, TIENote::Refused, "file.cannot-open", 0, {},
            "this file of the pair can't be opened for reading");
     return false;

@@ -1,4 +1,5 @@
 #include "formats/points/points_fixture.h"
+#include "transfer/factory.h"
 #include "vellumlib/little_endian.h"
 
 #include <gmock/gmock.h>
@@ -198,6 +199,16 @@ TEST_F(BinaryPointsTest, LengthsAreInTheJobsUnits)
         EXPECT_EQ(Import(job, kRead, Header(0, -1) + Record(1, 10, 20, 30)).m_strObjects,
                   bGeographic ? "point 1 10 20 9.144\n" : "point 1 3.048 6.096 9.144\n");
     }
+}
+
+TEST_F(BinaryPointsTest, ItsFileIsntAmongThoseThatAStopTakesAway)
+{
+    CIEData job;
+    AddPoint(*job.AddDataset(std::make_unique<CIEDataset>("Site")), "1");
+    const CString strFile = m_Folder / "out.bin";
+    EXPECT_EQ(CreateExporter(&job, strFile, 20)->Export(), IE_OK);
+    EXPECT_TRUE(job.GetCreatedFileNames().empty());
+    EXPECT_EQ(m_Folder.List(), "out.bin ");
 }
 
 } // namespace

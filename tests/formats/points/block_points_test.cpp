@@ -300,7 +300,7 @@ const TCase kCases[] = {
      "1:record.field 1:record.incomplete "},
     {kReadWide, Frame("_0._ x1"), "", IE_BAD_CONTENT, "1:record.name "},
     {kReadWide, Frame("_0.A_ y2x_ z3_0.B_ y-2-"), "point A 0 0.002 0.003", IE_BAD_CONTENT,
-     "1:record.incomplete 1:record.number "},
+     "1:record.number 1:record.incomplete 1:record.number "},
     {kReadWide, Frame("_0.A_ y2_ x17"), "point A 0 0.002 0", IE_OK, "1:record.field 1:record.incomplete "},
     {kReadWide, Frame("_0.12345678901234567_ x1_ y2_ z3"), "point 1234567890123456 0.001 0.002 0.003", IE_OK, "1:record.name-cut "},
     {kReadWide, W("A") "\n" W("B") W("C") W("D") W("E") "\n", "point A 1 2 3\npoint B 1 2 3\npoint C 1 2 3\npoint D 1 2 0", IE_OK, "2:block.too-long "},
@@ -431,6 +431,48 @@ TEST_F(BlockPointsTest, LargeFilesOfEveryShape)
             strNotes += std::to_string(note.m_nLine) + ":" + note.m_pCode + " ";
         EXPECT_EQ(strNotes, row.m_pNotes);
     }
+}
+
+TEST_F(BlockPointsTest, ALongLastRecordComesBackWhereverItsBlockEnds)
+{
+    for (int nAhead = 0; nAhead < 6; ++nAhead) {
+        auto pJob = MakeEmptyJob();
+        CIEDataset& dataset = *pJob->GetDatasetAt(0);
+        for (int i = 0; i < nAhead; ++i)
+            AddPoint(dataset, "P" + std::to_string(i));
+        CIEObject& last = AddPoint(dataset, "LAST", 4, 5, 6);
+        GiveCode(last, AddCode(*pJob, CString(60, 'a')));
+        GiveCode(last, AddCode(*pJob, CString(50, 'b')));
+        CString bytes;
+        EXPECT_EQ(ExportTo(std::move(pJob), kWriteWide, bytes), IE_OK);
+        CIEData back;
+        EXPECT_EQ(Import(back, kReadWide, bytes).m_eResult, IE_OK) << nAhead;
+        EXPECT_EQ(back.GetNumberOfObjectsInAllDatasets(), nAhead + 1);
+    }
+}
+
+TEST_F(BlockPointsTest, TheEndMarkOfAStreamIsNoText)
+{
+    CIEData job;
+    const CString blanks(60, ' ');
+    const TImported read = Import(job, kReadNarrow,
+                                  "\x02_+A_ f+1000m_ g+2000m_ h+000003000m_*ROAD" + blanks +
+                                      "\x03\r\n\x04\r\n\x02_+B_ f+1000m_ g+2000m_ h+000003000m_\x03\r\n");
+    EXPECT_EQ(read.m_eResult, IE_OK);
+    ASSERT_EQ(job.GetNumberOfObjectsInAllDatasets(), 2);
+    EXPECT_EQ(job.GetIEDataDictionary()->GetCodeDescriptionAt(0)->GetName().find('\x04'), CString::npos);
+}
+
+TEST_F(BlockPointsTest, ANumberThatALetterBreaksIsTold)
+{
+    const auto notes = [this](const CString& north) {
+        CIEData job;
+        return Import(job, 12, "_+A_ x" + north + "_ y+2000_ z+000003000_\r\n").m_strNotes;
+    };
+    for (const char* const pGood : {"+00000100", "+00000100m", "1000F", "-5f"})
+        EXPECT_EQ(notes(pGood), "") << pGood;
+    for (const char* const pBad : {"+00000100O", "q", "1k", "2000i", "10 0"})
+        EXPECT_EQ(notes(pBad), "1:record.number ") << pBad;
 }
 
 } // namespace

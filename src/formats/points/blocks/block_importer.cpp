@@ -211,7 +211,7 @@ void CIEBlockStreamImporter::NoteBlock(const CReader& reader, std::string_view t
     if (reader.WasCut())
         Note(TIENote::LeftOut, "block.too-long", reader.GetLineNumber(), {},
              "it is longer than a block; the rest of it isn't read");
-    if (reader.IsForeign() && !text.empty() && text[0] != CIEBlockFramer::kStreamEnd)
+    if (reader.IsForeign() && !text.empty())
         Note(TIENote::Changed, "block.no-frame", reader.GetLineNumber(), {},
              "it stands in no frame, though others do, and was read as a part of the text");
 }
@@ -223,7 +223,7 @@ void CIEBlockStreamImporter::NoteEnd(CReader& reader) const
         return;
     CString text;
     while (reader.Read(text)) {
-        if (IEUtils::Trim(text).empty() || text[0] == CIEBlockFramer::kStreamEnd)
+        if (IEUtils::Trim(text).empty())
             continue;
         Note(TIENote::LeftOut, "block.behind-end", reader.GetLineNumber(), {},
              "an empty block or line ended the data ahead of it; nothing from here on was read");

@@ -49,6 +49,15 @@ std::uint64_t CReader::GetPosition() const
 
 bool CReader::Read(CString& text)
 {
+    bool bMore = ReadBlock(text);
+    // the mark behind a stream of bytes is no text
+    while (bMore && !m_bBlockFramed && text.size() == 1 && text[0] == CIEBlockFramer::kStreamEnd)
+        bMore = ReadBlock(text);
+    return bMore;
+}
+
+bool CReader::ReadBlock(CString& text)
+{
     text.clear();
     m_strBlock.clear();
     m_bBlockFramed = m_bCut = false;

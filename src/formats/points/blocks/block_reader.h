@@ -20,7 +20,7 @@ public:
 
     /// Opens with writers denied (see CIEFileReader).
     [[nodiscard]] bool Open(const CString& strFileName, CIECodePage& codePage);
-    /// Text of the next block. False, with no text, at the end of the file.
+    /// Text of the next block; the mark that ends a stream is passed over. False, with no text, at the end of the file.
     bool Read(CString& text);
 
     /// Number of line feeds so far: of the block last read, counted from 1.
@@ -36,6 +36,7 @@ public:
     [[nodiscard]] bool WasUnfinished() const { return m_bUnfinished; }
 
 private:
+    bool ReadBlock(CString& text);
     void Add(std::string_view bytes);
     void Finish(CString& text);
 

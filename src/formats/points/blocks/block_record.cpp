@@ -167,7 +167,9 @@ private:
         }
         if (!m_bLosses)
             return number;
-        const std::string_view behind = GetField().substr(!m_Rest.empty() && IsLetter(m_Rest.front()) ? 1 : 0);
+        constexpr std::string_view kUnits = "mMfF";
+        const bool bUnit = !digits.empty() && !m_Rest.empty() && kUnits.find(m_Rest.front()) != npos;
+        const std::string_view behind = GetField().substr(bUnit ? 1 : 0);
         if (!std::all_of(behind.begin(), behind.end(), IsFiller))
             Lose("record.number", "what stands behind its number \"", number.m_Text, "\" isn't read");
         return number;
