@@ -134,19 +134,23 @@ std::string FindReportObstacle(const std::string& strPath, bool bOverwrite)
 
 bool WriteReport(const nlohmann::ordered_json& document, const std::string& strPath)
 {
+    namespace fs = std::filesystem;
+    const auto write = [&document](const std::string& strFile) {
+        CIEFileWriter file;
+        return file.Create(strFile) && file.Write(Dump(document)) && file.Close();
+    };
+    std::error_code error;
+    const fs::file_type eType = fs::symlink_status(strPath, error).type();
+    if (eType != fs::file_type::regular && eType != fs::file_type::not_found)
+        return write(strPath); // a pipe, a link
     // beside its place first, so that a full disk leaves an earlier report as it is
     const std::string strMade = strPath + ".part";
-    std::error_code error;
-    {
-        CIEFileWriter file;
-        if (!(file.Create(strMade) && file.Write(Dump(document)) && file.Close()))
-            error = std::make_error_code(std::errc::io_error);
+    if (write(strMade)) {
+        fs::rename(strMade, strPath, error);
+        if (!error)
+            return true;
     }
-    if (!error)
-        std::filesystem::rename(strMade, strPath, error);
-    if (!error)
-        return true;
-    std::filesystem::remove(strMade, error);
+    fs::remove(strMade, error);
     return false;
 }
 
