@@ -85,6 +85,17 @@ bool CIEPointExporter::WriteAllStations(const CIEObject& object)
     return true;
 }
 
+void CIEPointExporter::NoteBytes(std::string_view line, bool bStart, const CString& strName) const
+{
+    constexpr std::string_view kMark = "\uFEFF";
+    if (line.find('\0') != std::string_view::npos)
+        Note(TIENote::Changed, "line.zero-byte", strName,
+             "it holds a zero byte, by which a reader may take the file for 16-bit text");
+    if (bStart && line.starts_with(kMark))
+        Note(TIENote::Changed, "line.file-start", strName,
+             "at the start of the file, its text is a byte order mark to the reader");
+}
+
 bool CIEPointExporter::CloseFile()
 {
     Close();

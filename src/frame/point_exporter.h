@@ -44,6 +44,9 @@ protected:
     void AddDistance(double dMeters, int nDecimals);
     /// Adds north or east: in the job's units, or in the settings' style in a geographic job.
     void AddCoordinate(double dValue, int nDecimals);
+    /// Tells of a line that has a meaning for the file as a whole: one with a zero byte, and at the start of the file
+    /// one that begins with a byte order mark.
+    void NoteBytes(std::string_view line, bool bStart, const CString& strName) const;
     /// Adds text of the job to m_Line. A line end within it would end the record, and becomes a blank.
     void AddText(std::string_view text);
 

@@ -290,6 +290,9 @@ bool CIECorLevExporter::WriteStation(const CIEStation* pStation, const CIEObject
     if (!m_Line.EndTo(*m_pFile))
         return false;
     m_Line.Add(strField).Add(' ').Add(NumberField(pStation->GetHeight()));
+    if (m_pData->GetObserver())
+        NoteBytes(m_Line.GetText(), m_bFirstLine, strName); // the other line begins with a blank
+    m_bFirstLine = false;
     if (m_pLevels)
         return m_Line.EndTo(*m_pLevels);
     m_Line.Clear();

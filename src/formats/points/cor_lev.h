@@ -59,4 +59,5 @@ private:
     void NoteName(const CString& strName, std::string_view written) const;
 
     std::shared_ptr<CIETextWriter> m_pLevels; ///< null without a ".lev" file
+    bool m_bFirstLine = true;                 ///< nothing of the files is written yet
 };

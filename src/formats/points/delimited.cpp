@@ -235,7 +235,7 @@ bool CIEDelimitedExporter::WriteStation(const CIEStation* pStation, const CIEObj
         return false;
     MakeLine(*pStation, *pObject);
     if (m_pReader) {
-        NoteBytes(pObject->GetName());
+        NoteStart(pObject->GetName());
         if (IsPlain(*pStation, *pObject))
             NoteJoin(*pObject, pObject->GetName());
         else
@@ -245,17 +245,15 @@ bool CIEDelimitedExporter::WriteStation(const CIEStation* pStation, const CIEObj
 }
 
 /// Tells of a line that has a meaning for the file as a whole.
-void CIEDelimitedExporter::NoteBytes(const CString& strName)
+void CIEDelimitedExporter::NoteStart(const CString& strName)
 {
     const std::string_view line = m_Line.GetText();
-    if (line.find('\0') != std::string_view::npos)
-        Note(TIENote::Changed, "line.zero-byte", strName,
-             "it holds a zero byte, by which a reader may take the file for 16-bit text");
     const bool bStart = m_bFirstLine && !m_pData->GetSettings().GetAsciiFormat().m_bWriteHeader;
     m_bFirstLine = false;
-    if (bStart && (line.starts_with("\uFEFF") || line.find(DelimitedText::kHeaderStart) != std::string_view::npos))
+    NoteBytes(line, bStart, strName);
+    if (bStart && line.find(DelimitedText::kHeaderStart) != std::string_view::npos)
         Note(TIENote::Changed, "line.file-start", strName,
-             "at the start of the file, its text is a byte order mark or a header line to the reader");
+             "at the start of the file, its text is a header line to the reader");
 }
 
 bool CIEDelimitedExporter::IsPlain(const CIEStation& station, const CIEObject& object) const

@@ -23,7 +23,7 @@ private:
     [[nodiscard]] bool ClosesInFile(const CIEObject& object);
     void NoteJoin(const CIEObject& object, const CString& strRead);
     void NoteLine(const CIEStation& station, const CIEObject& object);
-    void NoteBytes(const CString& strName);
+    void NoteStart(const CString& strName);
     [[nodiscard]] bool IsPlain(const CIEStation& station, const CIEObject& object) const;
 
     std::shared_ptr<CReader> m_pReader;       ///< reads doubtful lines back; null without an observer

@@ -211,7 +211,7 @@ void CIERecordExporter::NoteUnits() const
 
 void CIERecordExporter::NoteWayBack(const CIEStation& station, const CIEObject& object)
 {
-    NoteBytes(object);
+    NoteBytes(m_Line.GetText(), m_bFirstLine, object.GetName());
     std::string_view text = m_Line.GetText();
     std::string_view notes;
     if (m_Form.m_pNoteLine) {
@@ -243,17 +243,6 @@ void CIERecordExporter::NoteWayBack(const CIEStation& station, const CIEObject& 
     NoteKind(object, record);
     if (m_Form.m_bJoins)
         NoteJoin(object, record.m_Name);
-}
-
-/// Tells of a line that has a meaning for the file as a whole.
-void CIERecordExporter::NoteBytes(const CIEObject& object)
-{
-    const std::string_view line = m_Line.GetText();
-    if (line.find('\0') != std::string_view::npos)
-        NoteChanged("line.zero-byte", object,
-                    "it holds a zero byte, by which a reader may take the file for 16-bit text");
-    if (m_bFirstLine && line.starts_with("\uFEFF"))
-        NoteChanged("line.file-start", object, "at the start of the file, its text is a byte order mark to the reader");
 }
 
 void CIERecordExporter::NoteNumbers(const CIEStation& station, const CIEObject& object,

@@ -91,7 +91,6 @@ private:
 
     void NoteUnits() const;
     void NoteWayBack(const CIEStation& station, const CIEObject& object);
-    void NoteBytes(const CIEObject& object);
     void NoteNumbers(const CIEStation& station, const CIEObject& object, const TIEPointRecord& record) const;
     void NoteCodes(const CIEObject& object, const TIEPointRecord& record) const;
     void NoteKind(const CIEObject& object, const TIEPointRecord& record) const;
