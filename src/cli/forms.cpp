@@ -4,6 +4,7 @@
 #include "vellumlib/utils.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <vector>
 
 namespace {
@@ -182,11 +183,14 @@ bool TForm::HasHeader() const
 EExit ChooseInput(const std::string& strFile, const std::string& strWanted, bool bLayout, TForm& form,
                   CMessages& messages)
 {
+    std::error_code error;
     CIEFileReader file;
     if (!file.Open(strFile))
-        return messages.Fail(
-            EExit::InputUnreadable,
-            strFile + (Platform::FileExists(strFile) ? ": can't be opened for reading" : ": there is no such file"));
+        return messages.Fail(EExit::InputUnreadable,
+                             strFile + (!Platform::FileExists(strFile) ? ": there is no such file"
+                                        : !std::filesystem::is_regular_file(strFile, error)
+                                            ? ": can't be opened for reading; it isn't a plain file"
+                                            : ": can't be opened for reading"));
     const bool bEmpty = file.GetLength() == 0;
     file.Close();
     if (!strWanted.empty())
@@ -196,6 +200,8 @@ EExit ChooseInput(const std::string& strFile, const std::string& strWanted, bool
         return EExit::Done;
     }
 
+    if (bEmpty)
+        return messages.Fail(EExit::FormUnknown, strFile + ": the file is empty");
     std::vector<TIEFormatGuess> guesses = CIEFormatTable::Guess(strFile);
     Narrow(guesses, bLayout);
     KeepBest(guesses);
@@ -203,15 +209,17 @@ EExit ChooseInput(const std::string& strFile, const std::string& strWanted, bool
         PreferOwnExtension(guesses, strFile);
     if (guesses.empty())
         return messages.Fail(EExit::FormUnknown,
-                             bEmpty ? strFile + ": the file is empty"
-                                    : strFile +
-                                          ": neither its content nor its extension tells a form that is known; "
-                                          "--from names one, as --from delimited --layout name,north,east,height, and "
-                                          "\"alidade formats\" lists them");
+                             strFile + ": neither its content nor its extension tells a form that is known; "
+                                       "--from names one, as --from delimited --layout name,north,east,height, and "
+                                       "\"alidade formats\" lists them");
     if (guesses.size() > 1) {
         CChoice choice;
         for (const TIEFormatGuess& guess : guesses)
             choice.Add(*guess.m_pRow);
+        // no content speaks for it, but a layout may
+        const TIEFormatRow* const pDelimited = CIEFormatTable::FindByKey(EIEDirection::Import, kDelimitedKey);
+        if (!guesses.front().m_pRow->m_pRecognize)
+            choice.Add(*pDelimited);
         return choice.Fail(fmt::format("{}: several forms fit this file {}:", strFile, Why(guesses.front())), "--from",
                            messages);
     }

@@ -119,12 +119,15 @@ EExit ReadInput(CIEData& job, const std::string& strFile, const TForm& form, con
     const bool bGuessed = IsLayoutGuessed(strFile, form, options, job);
     const TIEAsciiFormat& format = job.GetSettings().GetAsciiFormat();
     const bool bUnfit = watch.GetLedger().GetCount(TIENote::Refused) > job.GetNumberOfObjectsInAllDatasets();
-    if (bGuessed && bUnfit && (eResult == IE_BAD_CONTENT || eResult == IE_PARTIAL))
+    if (bGuessed && bUnfit && (eResult == IE_BAD_CONTENT || eResult == IE_PARTIAL)) {
         messages.Warn(SuggestLayout(strFile, job.GetSettings().m_strCodePage, format));
-    else if (bGuessed && eExit == EExit::Done)
-        messages.Say(fmt::format("{}: no header line, so its lines were taken as {} between {} (--layout, --delimiter)",
-                                 strFile, IEAsciiFields::FieldsToString(format.m_Fields),
-                                 DescribeDelimiter(format.m_cDelimiter)));
+    } else if (bGuessed && (eExit == EExit::Done || eExit == EExit::Loss)) {
+        const std::string text =
+            fmt::format("{}: no header line, so its lines were taken as {} between {} (--layout, --delimiter)", strFile,
+                        IEAsciiFields::FieldsToString(format.m_Fields), DescribeDelimiter(format.m_cDelimiter));
+        // a heading that was refused may name the fields in another order
+        eExit == EExit::Done ? messages.Say(text) : messages.Warn(text);
+    }
     if (eExit == EExit::Done)
         return eExit;
     if (eExit == EExit::InputUnreadable && eResult > 0)

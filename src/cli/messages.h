@@ -16,10 +16,13 @@ inline void PutOnError(const std::string& text)
     (void)std::fputs(text.c_str(), stderr);
 }
 
-/// Prints data. False if not all of it went out.
+/// Prints data. False, and says so, if not all of it went out.
 [[nodiscard]] inline bool PutOnOutput(const std::string& text)
 {
-    return std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
+    if (std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0)
+        return true;
+    PutOnError("alidade: standard output takes no more\n");
+    return false;
 }
 
 /// The text with control characters as \x1B, so that nothing out of a file drives a terminal; line ends stay.

@@ -91,7 +91,7 @@ try {
     if (!CIEJobReader(in, text).Read()) {
         if (pError)
             *pError = in.GetError();
-        return IE_BAD_CONTENT;
+        return CIEData::m_bStopProcess ? IE_STOPPED : IE_BAD_CONTENT;
     }
     job.SwapContent(fresh);
     return IE_OK;
@@ -104,7 +104,7 @@ try {
     CString text;
     if (!ReadWholeFile(strFileName, text))
         return IE_CANNOT_OPEN_FILE;
-    return CIEData::m_bStopProcess ? IE_STOPPED : FromText(job, text, pError);
+    return FromText(job, text, pError);
 } catch (const std::bad_alloc&) {
     return IE_OUT_OF_MEMORY;
 }

@@ -19,7 +19,7 @@ public:
     /// Puts the document's job into the place of the job's content. The job's observer, message box, window and list of
     /// created files stay. Unless the result is IE_OK the job is as it was. IE_CANNOT_OPEN_FILE, also for a file that
     /// can't be read to its end; IE_BAD_CONTENT, with the place in `pError` if that isn't null; IE_OUT_OF_MEMORY;
-    /// IE_STOPPED if a stop was asked for before the file was in memory.
+    /// IE_STOPPED after a stop.
     [[nodiscard]] static EIEResult Read(CIEData& job, const CString& strFileName, TIEJobFileError* pError = nullptr);
     /// The same from the document's text.
     [[nodiscard]] static EIEResult FromText(CIEData& job, std::string_view text, TIEJobFileError* pError = nullptr);

@@ -117,6 +117,8 @@ bool CIEJobReader::RunPass(EPass ePass)
 /// pass.
 bool CIEJobReader::BeginValue(CIEJsonTree::EType eType, bool& bTaken)
 {
+    if (CIEData::m_bStopProcess)
+        return m_In.FailAt(FramePlace(), "Reading was stopped here.");
     const bool bContainer = eType == CIEJsonTree::Array || eType == CIEJsonTree::Object;
     if (bContainer && ++m_nDepth > kDeepest)
         return m_In.FailAt(FramePlace() + (m_bGathering ? m_Tree.GetOpenPlace() : CString()),

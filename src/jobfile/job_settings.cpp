@@ -92,7 +92,12 @@ bool ReadDelimiter(CIEJobReading& in, const CIEJsonValue& value, TIEAsciiFormat&
         return false;
     if (IEUtils::CharToString(IEUtils::StringToChar(text)) != text)
         return in.Fail(value, "One character is wanted here.");
-    format.m_cDelimiter = IEUtils::StringToChar(text);
+    const char16_t c = IEUtils::StringToChar(text);
+    const bool bControl = c < u' ' && c != u'\t';
+    const bool bOfNumbers = (c >= u'0' && c <= u'9') || c == u'.' || c == u'-' || c == u'+';
+    if (bControl || bOfNumbers)
+        return in.Fail(value, "A character that no number has is wanted here, and no line end.");
+    format.m_cDelimiter = c;
     return true;
 }
 
@@ -149,15 +154,22 @@ constexpr TIEJobField<TIESettings> Decimals(const char* pKey)
     return {pKey, Value<TIESettings, pMember>("").m_pWrite, ReadDecimals<pMember>};
 }
 
-bool ReadWriteEncoding(CIEJobReading& in, const CIEJsonValue& value, TIESettings& settings)
+template <CString TIESettings::*pMember>
+bool ReadEncoding(CIEJobReading& in, const CIEJsonValue& value, TIESettings& settings)
 {
     CString name;
     if (!in.Read(value, name))
         return false;
     if (!CIETextWriter::IsEncoding(name))
         return in.Fail(value, "The name of an encoding that the system knows is wanted here, as UTF-8.");
-    settings.m_strWriteEncoding = name;
+    settings.*pMember = name;
     return true;
+}
+
+template <CString TIESettings::*pMember>
+constexpr TIEJobField<TIESettings> Encoding(const char* pKey)
+{
+    return {pKey, Value<TIESettings, pMember>("").m_pWrite, ReadEncoding<pMember>};
 }
 
 constexpr TIEJobField<TIESettings> kSettingsFields[] = {
@@ -171,8 +183,8 @@ constexpr TIEJobField<TIESettings> kSettingsFields[] = {
     {"asciiFormat", WriteAsciiFormat, ReadAsciiFormat},
     {"historyOptions", Value<TIESettings, &TIESettings::m_cHistoryOptions>("").m_pWrite, ReadHistoryOptions},
     {"dataTypes", WriteDataTypes, ReadDataTypes},
-    Value<TIESettings, &TIESettings::m_strCodePage>("codePage"),
-    {"writeEncoding", Value<TIESettings, &TIESettings::m_strWriteEncoding>("").m_pWrite, ReadWriteEncoding},
+    Encoding<&TIESettings::m_strCodePage>("codePage"),
+    Encoding<&TIESettings::m_strWriteEncoding>("writeEncoding"),
 };
 
 } // namespace
