@@ -75,7 +75,7 @@ EIEResult ReadJob(CIEData& job, const std::string& strFile, std::string& strProb
 {
     TIEJobFileError error;
     const EIEResult eResult = CIEJobFile::Read(job, strFile, &error);
-    if (eResult != IE_OK)
+    if (eResult != IE_OK && eResult != IE_STOPPED)
         strProblem = error.m_strPlace.empty() ? error.m_strReason : error.m_strPlace + ": " + error.m_strReason;
     return eResult == IE_OK && IsStopAsked() ? IE_STOPPED : eResult;
 }
