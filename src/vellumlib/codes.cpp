@@ -1,5 +1,9 @@
 #include "vellumlib/codes.h"
 
+#include "vellumlib/utils.h"
+
+#include <algorithm>
+
 namespace {
 
 const CString kEmpty;
@@ -15,6 +19,33 @@ const CString& TextAt(const CStringArray& texts, int i)
 const CIEAttrDescription* CIECodeDescription::GetAttrDescriptionAt(int i) const
 {
     return i >= 0 && i < GetSize() ? &m_Attributes[static_cast<std::size_t>(i)] : nullptr;
+}
+
+int CIECodeDescription::FindAttrDescription(std::string_view name) const
+{
+    const auto place =
+        std::find_if(m_Attributes.begin(), m_Attributes.end(),
+                     [name](const CIEAttrDescription& attribute) { return attribute.GetName() == name; });
+    return place == m_Attributes.end() ? -1 : static_cast<int>(place - m_Attributes.begin());
+}
+
+CIEDrawProperties* CIECodeDescription::GetDrawProperties(int nType) const
+{
+    return nType >= 0 && nType < CIEDrawProperties::kTypes ? m_DrawProperties[static_cast<std::size_t>(nType)].Get()
+                                                           : nullptr;
+}
+
+void CIECodeDescription::SetDrawProperties(int nType, std::unique_ptr<CIEDrawProperties> pProperties)
+{
+    if (nType < 0 || nType >= CIEDrawProperties::kTypes || (pProperties && pProperties->GetType() != nType))
+        return;
+    m_DrawProperties[static_cast<std::size_t>(nType)].Set(std::move(pProperties));
+}
+
+bool CIECodeDescription::IsDrawPropertiesWasDefined() const
+{
+    return std::any_of(m_DrawProperties.begin(), m_DrawProperties.end(),
+                       [](const CIEDrawPropertiesHolder& holder) { return holder.Get() != nullptr; });
 }
 
 CIECodeDescription* CIEDataDictionary::GetCodeDescriptionAt(int i) const
@@ -121,6 +152,16 @@ const CIECodeValues* CIECodesDataInterface::GetCode(int i) const
 CIECodeValues* CIECodesDataInterface::GetCode(int i)
 {
     return i >= 0 && i < GetNumberOfCodes() ? &m_Codes[static_cast<std::size_t>(i)] : nullptr;
+}
+
+CIECodeValues* CIECodesDataInterface::FindCode(std::string_view name, bool bIgnoreCase)
+{
+    const auto isCode = [&](const CIECodeValues& values) {
+        const CString& strCode = values.GetDescription()->GetName();
+        return strCode == name || (bIgnoreCase && IEUtils::ToLower(strCode) == IEUtils::ToLower(name));
+    };
+    const auto place = std::find_if(m_Codes.begin(), m_Codes.end(), isCode);
+    return place == m_Codes.end() ? nullptr : &*place;
 }
 
 int CIECodesDataInterface::GetCodePos(const CIECodeDescription* pCode) const

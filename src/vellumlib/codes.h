@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/api.h"
+#include "vellumlib/draw_properties.h"
 #include "vellumlib/types.h"
 
 #include <array>
@@ -57,11 +58,22 @@ public:
     /// Null past the end.
     [[nodiscard]] const CIEAttrDescription* GetAttrDescriptionAt(int i) const;
     void AddAttrDescription(CIEAttrDescription attribute) { m_Attributes.push_back(std::move(attribute)); }
+    /// Index of the first attribute of that name, or -1.
+    [[nodiscard]] int FindAttrDescription(std::string_view name) const;
+
+    /// How objects of the code are drawn that don't say it themselves, by CIEDrawProperties::EType; null if that was
+    /// never set, and for any other type.
+    [[nodiscard]] CIEDrawProperties* GetDrawProperties(int nType) const;
+    /// A type other than that of the properties, or one that there isn't, is passed over. Null takes them away.
+    void SetDrawProperties(int nType, std::unique_ptr<CIEDrawProperties> pProperties);
+    /// True if there are any.
+    [[nodiscard]] bool IsDrawPropertiesWasDefined() const;
 
 private:
     CString m_strName;
     CString m_strDescription;
     std::vector<CIEAttrDescription> m_Attributes;
+    std::array<CIEDrawPropertiesHolder, CIEDrawProperties::kTypes> m_DrawProperties;
 };
 
 /// The codes of a job, in order and by name. Names are compared exactly. A description stays where it is as long as the
@@ -150,6 +162,9 @@ public:
     [[nodiscard]] const CIECodeValues* GetCode(int i) const;
     [[nodiscard]] CIECodeValues* GetCode(int i);
     void AddCode(CIECodeValues values) { m_Codes.push_back(std::move(values)); }
+    /// The object's values of the code of that name, or null. With `bIgnoreCase` ASCII letters count the same in either
+    /// case. Valid as those of GetCode.
+    [[nodiscard]] CIECodeValues* FindCode(std::string_view name, bool bIgnoreCase);
     /// Index of the object's values of that code, or -1.
     [[nodiscard]] int GetCodePos(const CIECodeDescription* pCode) const;
     void RemoveCodes() { m_Codes.clear(); }

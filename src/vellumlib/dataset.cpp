@@ -129,3 +129,33 @@ CIEAlignment* CIEDataset::GetAlignmentAt(int i) const
 {
     return i >= 0 && i < GetNumberOfAlignments() ? m_Alignments[static_cast<std::size_t>(i)].get() : nullptr;
 }
+
+CHeaderInfo* CIEDataset::GetHeaderInfo()
+{
+    if (m_bFixedBorders)
+        return &m_HeaderInfo;
+    m_HeaderInfo.ForgetBorders();
+    for (const auto& pObject : m_Objects) {
+        if (pObject->GetStateType() == CIEObject::InBlock)
+            continue;
+        for (int i = 0; const CIEStation* const pStation = pObject->GetStation(i); ++i)
+            m_HeaderInfo.Extend(*pStation);
+    }
+    for (const auto& pSurface : m_Surfaces) {
+        for (int i = 0; i < pSurface->GetNumberOfPositions(); ++i)
+            m_HeaderInfo.Extend(*pSurface->GetPositionAt(i));
+    }
+    return &m_HeaderInfo;
+}
+
+void CIEDataset::FixBorders(CIEStation minimum, CIEStation maximum)
+{
+    m_HeaderInfo.SetBorders(std::move(minimum), std::move(maximum));
+    m_bFixedBorders = true;
+}
+
+bool CIEDataset::IsCodesExist() const
+{
+    return std::any_of(m_Objects.begin(), m_Objects.end(),
+                       [](const std::unique_ptr<CIEObject>& pObject) { return pObject->GetNumberOfCodes() > 0; });
+}

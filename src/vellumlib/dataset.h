@@ -4,6 +4,7 @@
 #include "platform/api.h"
 #include "vellumlib/alignment.h"
 #include "vellumlib/gps_position.h"
+#include "vellumlib/header_info.h"
 #include "vellumlib/job_history.h"
 #include "vellumlib/objects.h"
 #include "vellumlib/sheet_point.h"
@@ -58,6 +59,16 @@ public:
     [[nodiscard]] CIEAlignment* GetAlignmentAt(int i) const;
     void RemoveAlignments() { m_Alignments.clear(); }
 
+    /// Extent and sizes for drawings; never null. Unless the host has set the borders, each call goes over all objects
+    /// and surfaces to find them, leaving out the objects of blocks, which aren't on the ground: ask once for a run.
+    [[nodiscard]] CHeaderInfo* GetHeaderInfo();
+    /// Borders that stay as they are, whatever is added.
+    void FixBorders(CIEStation minimum, CIEStation maximum);
+    [[nodiscard]] bool HasFixedBorders() const { return m_bFixedBorders; }
+
+    /// Whether any object has a code. Goes over the objects until it meets one.
+    [[nodiscard]] bool IsCodesExist() const;
+
     /// What was done in the dataset; null if nothing was recorded.
     [[nodiscard]] CIEJobHistory* GetJobHistory() const { return m_pJobHistory.get(); }
     /// Replaces it; null takes it away.
@@ -81,6 +92,8 @@ private:
     std::vector<std::unique_ptr<CIESurface>> m_Surfaces;
     std::vector<std::unique_ptr<CIEAlignment>> m_Alignments;
     std::unique_ptr<CIEJobHistory> m_pJobHistory;
+    CHeaderInfo m_HeaderInfo;
+    bool m_bFixedBorders = false;
     mutable std::unique_ptr<TIndex> m_pIndex; // built by the first FindObject
 };
 

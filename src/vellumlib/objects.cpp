@@ -2,8 +2,14 @@
 
 #include "vellumlib/dataset.h"
 
+#include <algorithm>
+#include <cmath>
+
 CIEObject::CIEObject(const CIEObject& other)
-    : CIECodesDataInterface(other), m_pLayer(other.m_pLayer), m_nState(other.m_nState)
+    : CIECodesDataInterface(other),
+      m_pLayer(other.m_pLayer),
+      m_DrawProperties(other.m_DrawProperties),
+      m_nState(other.m_nState)
 {
 }
 
@@ -11,6 +17,7 @@ CIEObject& CIEObject::operator=(const CIEObject& other)
 {
     CIECodesDataInterface::operator=(other);
     m_pLayer = other.m_pLayer;
+    m_DrawProperties = other.m_DrawProperties;
     m_nState = other.m_nState;
     return *this;
 }
@@ -70,4 +77,88 @@ void CIEArc::SetData(int nKey, double dValue)
 {
     if (nKey >= 0 && nKey < kDataTypes)
         m_Data[static_cast<std::size_t>(nKey)] = dValue;
+}
+
+void CIEDesignPoint::ShiftCoords(const CIEStation& shift, double dNorthScale, double dEastScale, double dHeightScale)
+{
+    m_Station.ShiftCoords(shift, dNorthScale, dEastScale, dHeightScale);
+}
+
+void CIEPolyLine::ShiftCoords(const CIEStation& shift, double dNorthScale, double dEastScale, double dHeightScale)
+{
+    for (CIEStation& station : m_Stations)
+        station.ShiftCoords(shift, dNorthScale, dEastScale, dHeightScale);
+}
+
+void CIEArc::ShiftCoords(const CIEStation& shift, double dNorthScale, double dEastScale, double dHeightScale)
+{
+    constexpr double kCircle = 360.0;
+    const bool bNorthMirrored = dNorthScale < 0;
+    const bool bEastMirrored = dEastScale < 0;
+    m_Center.ShiftCoords(shift, dNorthScale, dEastScale, dHeightScale);
+    SetData(Radius, GetData(Radius) * std::abs(dEastScale));
+    if (!bNorthMirrored && !bEastMirrored)
+        return;
+    const auto mirror = [&](double dAngle) {
+        if (bEastMirrored)
+            dAngle = kCircle / 2 - dAngle;
+        if (bNorthMirrored)
+            dAngle = -dAngle;
+        dAngle = std::fmod(dAngle, kCircle);
+        return dAngle < 0 ? dAngle + kCircle : dAngle;
+    };
+    const double dStart = mirror(GetData(StartAngle));
+    const double dEnd = mirror(GetData(EndAngle));
+    const bool bTurned = bNorthMirrored != bEastMirrored;
+    SetData(StartAngle, bTurned ? dEnd : dStart);
+    SetData(EndAngle, bTurned ? dStart : dEnd);
+}
+
+CIECompositeObject::CIECompositeObject(const CIECompositeObject& other)
+    : CIEObject(other), m_strName(other.m_strName), m_Ends(other.m_Ends)
+{
+    m_Parts.reserve(other.m_Parts.size());
+    for (const auto& pPart : other.m_Parts)
+        m_Parts.push_back(pPart->clone());
+}
+
+CIECompositeObject& CIECompositeObject::operator=(const CIECompositeObject& other)
+{
+    if (this == &other)
+        return *this;
+    CIECompositeObject copy(other);
+    CIEObject::operator=(other);
+    SetName(std::move(copy.m_strName));
+    m_Parts = std::move(copy.m_Parts);
+    m_Ends = std::move(copy.m_Ends);
+    return *this;
+}
+
+const CIEStation* CIECompositeObject::GetStation(int i) const
+{
+    if (i < 0 || i >= GetNumberOfStations())
+        return nullptr;
+    const auto nPart = static_cast<std::size_t>(std::upper_bound(m_Ends.begin(), m_Ends.end(), i) - m_Ends.begin());
+    return m_Parts[nPart]->GetStation(nPart == 0 ? i : i - m_Ends[nPart - 1]);
+}
+
+void CIECompositeObject::ShiftCoords(const CIEStation& shift, double dNorthScale, double dEastScale,
+                                     double dHeightScale)
+{
+    for (const auto& pPart : m_Parts)
+        pPart->ShiftCoords(shift, dNorthScale, dEastScale, dHeightScale);
+}
+
+const CIEObject* CIECompositeObject::GetPartAt(int i) const
+{
+    return i >= 0 && i < GetNumberOfParts() ? m_Parts[static_cast<std::size_t>(i)].get() : nullptr;
+}
+
+bool CIECompositeObject::AddPart(std::unique_ptr<CIEObject> pPart)
+{
+    if (!pPart || pPart->GetType() == EIEObjectsType::Composite)
+        return false;
+    m_Ends.push_back(GetNumberOfStations() + pPart->GetNumberOfStations());
+    m_Parts.push_back(std::move(pPart));
+    return true;
 }

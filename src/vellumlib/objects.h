@@ -1,8 +1,10 @@
-// The objects of a dataset: points, lines, polygons, arcs. GPS positions and sheet points have headers of their own.
+// The objects of a dataset: points, lines, polygons, arcs, composites. GPS positions and sheet points have headers of
+// their own.
 #pragma once
 
 #include "platform/api.h"
 #include "vellumlib/codes.h"
+#include "vellumlib/draw_properties.h"
 #include "vellumlib/layers.h"
 #include "vellumlib/station.h"
 #include "vellumlib/types.h"
@@ -40,6 +42,17 @@ public:
     /// Null past the end.
     [[nodiscard]] virtual const CIEStation* GetStation(int i) const = 0;
 
+    /// Multiplies each coordinate of each station by its scale and then adds that of `shift`, so that what is told
+    /// relative to a base lands where a reference puts it.
+    virtual void ShiftCoords(const CIEStation& shift, double dNorthScale, double dEastScale, double dHeightScale) = 0;
+
+    /// How the object is drawn; null is as its code and its layer say.
+    [[nodiscard]] CIEDrawProperties* GetDrawProperties() const { return m_DrawProperties.Get(); }
+    void SetDrawProperties(std::unique_ptr<CIEDrawProperties> pProperties)
+    {
+        m_DrawProperties.Set(std::move(pProperties));
+    }
+
     /// The layer belongs to the job's draw dictionary; null is none.
     [[nodiscard]] const CIELayer* GetLayer() const { return m_pLayer; }
     void SetLayer(const CIELayer* pLayer) { m_pLayer = pLayer; }
@@ -58,6 +71,7 @@ private:
     friend class CIEDataset;
     CIEDataset* m_pOwner = nullptr; // told of a new name, because it finds objects by name
     const CIELayer* m_pLayer = nullptr;
+    CIEDrawPropertiesHolder m_DrawProperties;
     int m_nState = InDrawing;
 };
 
@@ -73,6 +87,8 @@ public:
     [[nodiscard]] std::unique_ptr<CIEObject> clone() const override { return std::make_unique<CIEDesignPoint>(*this); }
     [[nodiscard]] int GetNumberOfStations() const override { return 1; }
     [[nodiscard]] const CIEStation* GetStation(int i) const override { return i == 0 ? &m_Station : nullptr; }
+
+    void ShiftCoords(const CIEStation& shift, double dNorthScale, double dEastScale, double dHeightScale) override;
 
     /// Never null. To give the point another name, use SetName or SetStation.
     [[nodiscard]] const CIEStation* GetStation() const { return &m_Station; }
@@ -124,6 +140,8 @@ public:
     /// Null past the end. Valid until a station is added.
     [[nodiscard]] const CIEStation* GetStation(int i) const override;
 
+    void ShiftCoords(const CIEStation& shift, double dNorthScale, double dEastScale, double dHeightScale) override;
+
     void AddStation(CIEStation station) { m_Stations.push_back(std::move(station)); }
     /// True with more than one station and the first equal to the last.
     [[nodiscard]] bool IsClosed() const;
@@ -164,6 +182,10 @@ public:
     [[nodiscard]] int GetNumberOfStations() const override { return 1; }
     [[nodiscard]] const CIEStation* GetStation(int i) const override { return i == 0 ? &m_Center : nullptr; }
 
+    /// The radius takes the magnitude of the east scale. A mirrored arc keeps its shape: its angles are mirrored, and
+    /// its start becomes its end where the mirror turns its sense.
+    void ShiftCoords(const CIEStation& shift, double dNorthScale, double dEastScale, double dHeightScale) override;
+
     /// The centre, whose name is the arc's name. Never null.
     [[nodiscard]] const CIEStation* GetStation() const { return &m_Center; }
     void SetStation(CIEStation center);
@@ -178,4 +200,40 @@ protected:
 private:
     CIEStation m_Center;
     std::array<double, kDataTypes> m_Data{};
+};
+
+/// Objects that stand for one thing together. Owns them; they belong to no dataset.
+class ALIDADE_API CIECompositeObject : public CIEObject {
+public:
+    CIECompositeObject() = default;
+    CIECompositeObject(const CIECompositeObject& other);
+    CIECompositeObject& operator=(const CIECompositeObject& other);
+    ~CIECompositeObject() override = default;
+
+    [[nodiscard]] EIEObjectsType GetType() const override { return EIEObjectsType::Composite; }
+    [[nodiscard]] int GetGroupType() const override { return CompositeLike; }
+    [[nodiscard]] const CString& GetName() const override { return m_strName; }
+    [[nodiscard]] std::unique_ptr<CIEObject> clone() const override
+    {
+        return std::make_unique<CIECompositeObject>(*this);
+    }
+    /// The stations of its parts, one part after the other.
+    [[nodiscard]] int GetNumberOfStations() const override { return m_Ends.empty() ? 0 : m_Ends.back(); }
+    [[nodiscard]] const CIEStation* GetStation(int i) const override;
+    /// Moves every part.
+    void ShiftCoords(const CIEStation& shift, double dNorthScale, double dEastScale, double dHeightScale) override;
+
+    [[nodiscard]] int GetNumberOfParts() const { return static_cast<int>(m_Parts.size()); }
+    /// Null past the end.
+    [[nodiscard]] const CIEObject* GetPartAt(int i) const;
+    /// False, with nothing added, for null and for another composite.
+    bool AddPart(std::unique_ptr<CIEObject> pPart);
+
+protected:
+    void DoSetName(CString name) override { m_strName = std::move(name); }
+
+private:
+    CString m_strName;
+    std::vector<std::unique_ptr<CIEObject>> m_Parts;
+    std::vector<int> m_Ends; ///< stations up to and with each part
 };

@@ -22,3 +22,11 @@ bool CIESheetPoint::AddOffsetStation(CIEOffsetStation measurement)
     m_Measurements.push_back(std::move(measurement));
     return true;
 }
+
+void CIESheetPoint::ShiftCoords(const CIEStation& shift, double dNorthScale, double dEastScale, double dHeightScale)
+{
+    if (m_Design)
+        m_Design->ShiftCoords(shift, dNorthScale, dEastScale, dHeightScale);
+    for (CIEOffsetStation& measurement : m_Measurements)
+        measurement.ShiftCoords(shift, dNorthScale, dEastScale, dHeightScale);
+}

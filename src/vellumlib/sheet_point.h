@@ -35,6 +35,7 @@ public:
     /// Station 0 is the design point, all others are CIEOffsetStation. Null past the end. Valid until a station is set
     /// or added.
     [[nodiscard]] const CIEStation* GetStation(int i) const override;
+    void ShiftCoords(const CIEStation& shift, double dNorthScale, double dEastScale, double dHeightScale) override;
     /// Measurement i, counted as in GetStation: from 1. Null for any other.
     [[nodiscard]] const CIEOffsetStation* GetOffsetStation(int i) const;
 

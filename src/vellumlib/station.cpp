@@ -61,3 +61,11 @@ void CIEStation::SetTimeStamps(CString stamps)
     if (m_pExtras || !stamps.empty())
         Extras().m_strTimeStamps = std::move(stamps);
 }
+
+void CIEStation::ShiftCoords(const CIEStation& shift, double dNorthScale, double dEastScale, double dHeightScale)
+{
+    m_dNorth = m_dNorth * dNorthScale + shift.m_dNorth;
+    m_dEast = m_dEast * dEastScale + shift.m_dEast;
+    if (m_bHeightDefined)
+        m_dHeight = m_dHeight * dHeightScale + shift.m_dHeight;
+}

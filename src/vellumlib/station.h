@@ -52,6 +52,9 @@ public:
     [[nodiscard]] int GetStationType() const { return m_nStationType; }
     void SetStationType(int nType) { m_nStationType = nType; }
 
+    /// Multiplies each coordinate by its scale and then adds the one of `shift`. A height that is undefined stays so.
+    void ShiftCoords(const CIEStation& shift, double dNorthScale, double dEastScale, double dHeightScale);
+
     /// Same place: north, east and height are exactly equal, and both heights are defined or neither is. Names and
     /// notes play no part, so the ends of a closed line are equal whatever was noted at each.
     bool operator==(const CIEStation& other) const
