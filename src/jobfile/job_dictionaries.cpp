@@ -66,9 +66,56 @@ bool ReadAttributeDescriptions(CIEJobReading& in, const CIEJsonValue& value, CIE
     });
 }
 
+void WriteCodeDrawing(CIEJobWriting& out, const char* pKey, const CIECodeDescription& code)
+{
+    if (!code.IsDrawPropertiesWasDefined())
+        return;
+    out.m_Text.Key(pKey);
+    out.m_Text.BeginArray();
+    for (int i = 0; i < CIEDrawProperties::kTypes; ++i)
+        JobParts::WriteDrawProperties(out, nullptr, code.GetDrawProperties(i));
+    out.m_Text.EndArray();
+}
+
+bool ReadCodeDrawing(CIEJobReading& in, const CIEJsonValue& value, CIECodeDescription& code)
+{
+    return JobFields::ReadList(in, value, [&](const CIEJsonValue& element) {
+        auto pProperties = JobParts::ReadDrawProperties(in, element);
+        if (!pProperties)
+            return false;
+        const int nType = pProperties->GetType();
+        if (code.GetDrawProperties(nType))
+            return in.Fail(element, "This kind stands in the list twice.");
+        code.SetDrawProperties(nType, std::move(pProperties));
+        return true;
+    });
+}
+
 constexpr TIEJobField<CIECodeDescription> kCodeFields[] = {
     Value<CIECodeDescription, &CIECodeDescription::GetDescription, &CIECodeDescription::SetDescription>("description"),
     {"attributes", WriteAttributeDescriptions, ReadAttributeDescriptions},
+    {JobParts::kDrawKey, WriteCodeDrawing, ReadCodeDrawing},
+};
+
+void WriteLayerDrawing(CIEJobWriting& out, const char* pKey, const CIELayer& layer)
+{
+    JobParts::WriteDrawProperties(out, pKey, layer.GetDrawProperties());
+}
+
+bool ReadLayerDrawing(CIEJobReading& in, const CIEJsonValue& value, CIELayer& layer)
+{
+    auto pProperties = JobParts::ReadDrawProperties(in, value);
+    if (!pProperties)
+        return false;
+    layer.SetDrawProperties(std::move(pProperties));
+    return true;
+}
+
+constexpr TIEJobField<CIELayer> kLayerFields[] = {
+    Value<CIELayer, &CIELayer::GetNotes, &CIELayer::SetNotes>("notes"),
+    Value<CIELayer, &CIELayer::IsActive, &CIELayer::SetActiveStatus>("active"),
+    Value<CIELayer, &CIELayer::IsPlot, &CIELayer::SetPlotStatus>("plot"),
+    {JobParts::kDrawKey, WriteLayerDrawing, ReadLayerDrawing},
 };
 
 bool ReadCodeDescription(CIEJobReading& in, const CIEJsonValue& value)
@@ -91,11 +138,10 @@ bool ReadLayer(CIEJobReading& in, const CIEJsonValue& value)
     CString name;
     if (!JobFields::ReadEntryName(in, value, name, [&](const CString& text) { return layers.FindLayer(text); }))
         return false;
-    for (const CIEJsonValue member : value) {
-        if (member.GetKey() != "name")
-            return in.FailUnknownKey(member);
-    }
-    layers.AddLayer(std::make_unique<CIELayer>(std::move(name)));
+    auto pLayer = std::make_unique<CIELayer>(std::move(name));
+    if (!JobFields::ReadOtherMembers(in, value, "name", *pLayer, kLayerFields))
+        return false;
+    layers.AddLayer(std::move(pLayer));
     return true;
 }
 
@@ -136,6 +182,7 @@ void JobParts::WriteLayers(CIEJobWriting& out, const char* pKey)
         out.m_Text.BeginObject();
         out.m_Text.Key("name");
         out.m_Text.Text(layers.GetLayerAt(i)->GetName());
+        JobFields::Write(out, *layers.GetLayerAt(i), kLayerFields);
         out.m_Text.EndObject();
     }
     out.m_Text.EndArray();
@@ -144,4 +191,28 @@ void JobParts::WriteLayers(CIEJobWriting& out, const char* pKey)
 bool JobParts::ReadLayers(CIEJobReading& in, const CIEJsonValue& value)
 {
     return JobFields::ReadList(in, value, [&](const CIEJsonValue& element) { return ReadLayer(in, element); });
+}
+
+void JobParts::WriteDefaultLayer(CIEJobWriting& out, const char* pKey)
+{
+    const CIELayer* const pLayer = out.GetJob().GetIEDrawDictionary()->GetDefaultLayer();
+    if (!pLayer)
+        return;
+    out.m_Text.Key(pKey);
+    out.m_Text.Text(pLayer->GetName());
+}
+
+bool JobParts::ReadDefaultLayer(CIEJobReading& in, const CIEJsonValue& value)
+{
+    CString name;
+    if (!in.Read(value, name))
+        return false;
+    CIEDrawDictionary& layers = *in.GetJob().GetIEDrawDictionary();
+    for (int i = 0; const CIELayer* const pLayer = layers.GetLayerAt(i); ++i) {
+        if (pLayer->GetName() != name)
+            continue;
+        layers.SetDefaultLayer(i);
+        return true;
+    }
+    return in.Fail(value, "No layer of the list has this name.");
 }

@@ -53,8 +53,23 @@ bool ReadState(CIEJobReading& in, const CIEJsonValue& value, CIEObject& object)
     return true;
 }
 
+void WriteDrawing(CIEJobWriting& out, const char* pKey, const CIEObject& object)
+{
+    JobParts::WriteDrawProperties(out, pKey, object.GetDrawProperties());
+}
+
+bool ReadDrawing(CIEJobReading& in, const CIEJsonValue& value, CIEObject& object)
+{
+    auto pProperties = JobParts::ReadDrawProperties(in, value);
+    if (!pProperties)
+        return false;
+    object.SetDrawProperties(std::move(pProperties));
+    return true;
+}
+
 constexpr TIEJobField<CIEObject> kObjectFields[] = {
     {"layer", WriteLayer, ReadLayer},
+    {JobParts::kDrawKey, WriteDrawing, ReadDrawing},
     {"state", WriteState, ReadState},
     {"codes", JobParts::WriteCodes, JobParts::ReadCodes},
 };
@@ -305,6 +320,39 @@ std::unique_ptr<CIEObject> ReadArc(CIEJobReading& in, const CIEJsonValue& value,
     return pArc;
 }
 
+constexpr const char* kPartsKey = "parts";
+
+void WriteCompositeOwn(CIEJobWriting& out, const CIEObject& object)
+{
+    const auto& composite = static_cast<const CIECompositeObject&>(object);
+    if (composite.GetNumberOfParts() == 0)
+        return;
+    out.m_Text.Key(kPartsKey);
+    out.m_Text.BeginArray();
+    for (int i = 0; const CIEObject* const pPart = composite.GetPartAt(i); ++i)
+        JobParts::WriteObject(out, *pPart);
+    out.m_Text.EndArray();
+}
+
+std::unique_ptr<CIEObject> ReadComposite(CIEJobReading& in, const CIEJsonValue& value, const char* pKind)
+{
+    auto pComposite = std::make_unique<CIECompositeObject>();
+    const auto readPart = [&](const CIEJsonValue& element) {
+        auto pPart = JobParts::ReadObject(in, element);
+        if (!pPart)
+            return false;
+        return pComposite->AddPart(std::move(pPart)) || in.Fail(element, "A composite can't be part of another.");
+    };
+    const auto readOwn = [&](const CIEJsonValue& member) {
+        if (member.GetKey() != kPartsKey)
+            return EJobMember::Unknown;
+        return JobFields::ReadList(in, member, readPart) ? EJobMember::Done : EJobMember::Failed;
+    };
+    if (!ReadMembers(in, value, pKind, *pComposite, readOwn))
+        return nullptr;
+    return pComposite;
+}
+
 constexpr TKind kKinds[] = {
     {"point", EIEObjectsType::DesignPoint, WritePointOwn, ReadPoint<CIEDesignPoint>},
     {"ptlPoint", EIEObjectsType::PTLPoint, WritePTLPointOwn, ReadPoint<CIEPTLPoint>},
@@ -313,6 +361,7 @@ constexpr TKind kKinds[] = {
     {"polyline", EIEObjectsType::PolyLine, WriteLineOwn, ReadLine<CIEPolyLine>},
     {"polygon", EIEObjectsType::Polygon, WriteLineOwn, ReadLine<CIEPolygon>},
     {"arc", EIEObjectsType::Arc, WriteArcOwn, ReadArc},
+    {"composite", EIEObjectsType::Composite, WriteCompositeOwn, ReadComposite},
 };
 
 } // namespace

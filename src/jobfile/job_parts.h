@@ -7,6 +7,7 @@
 
 class CIEAlignment;
 class CIEDataset;
+class CIEDrawProperties;
 class CIEGPSPosition;
 
 namespace JobParts {
@@ -18,6 +19,8 @@ inline constexpr const char* kVersionKey = "version";
 inline constexpr int kVersion = 1;
 inline constexpr const char* kCurrentKey = "currentDataset";
 inline constexpr const char* kHistoryKey = "jobHistory"; // of a dataset
+inline constexpr const char* kHeaderKey = "header";      // likewise
+inline constexpr const char* kDrawKey = "draw";          // of an object, a layer or a code
 
 // ---- sections of the document's frame; a section that would say nothing isn't written
 
@@ -36,6 +39,8 @@ void WriteDictionary(CIEJobWriting& out, const char* pKey);
 bool ReadDictionary(CIEJobReading& in, const CIEJsonValue& value);
 void WriteLayers(CIEJobWriting& out, const char* pKey);
 bool ReadLayers(CIEJobReading& in, const CIEJsonValue& value);
+void WriteDefaultLayer(CIEJobWriting& out, const char* pKey);
+bool ReadDefaultLayer(CIEJobReading& in, const CIEJsonValue& value);
 void WriteRoadTemplates(CIEJobWriting& out, const char* pKey);
 bool ReadRoadTemplates(CIEJobReading& in, const CIEJsonValue& value);
 
@@ -64,6 +69,15 @@ std::unique_ptr<CIEObject> ReadObject(CIEJobReading& in, const CIEJsonValue& val
 /// What a receiver said of a position.
 void WriteGPSFields(CIEJobWriting& out, const CIEGPSPosition& position);
 EJobMember ReadGPSMember(CIEJobReading& in, const CIEJsonValue& member, CIEGPSPosition& position);
+
+// ---- how things are drawn; none isn't written
+
+/// Without a key they are the element of a list.
+void WriteDrawProperties(CIEJobWriting& out, const char* pKey, const CIEDrawProperties* pProperties);
+/// Null after a failure.
+std::unique_ptr<CIEDrawProperties> ReadDrawProperties(CIEJobReading& in, const CIEJsonValue& value);
+void WriteHeader(CIEJobWriting& out, const char* pKey, const CIEDataset& dataset);
+bool ReadHeader(CIEJobReading& in, const CIEJsonValue& value, CIEDataset& dataset);
 
 // ---- the history of a dataset; none isn't written
 

@@ -60,6 +60,7 @@ const CIEJobReader::TRow* CIEJobReader::FindRow() const
         {DatasetList, nullptr, Dataset, CIEJsonTree::Object},
         {Dataset, "name", Dataset, kAny},
         {Dataset, JobParts::kHistoryKey, Dataset, kAny},
+        {Dataset, JobParts::kHeaderKey, Dataset, kAny},
         {Dataset, "objects", ObjectList, CIEJsonTree::Array},
         {ObjectList, nullptr, ObjectList, kAny},
         {Dataset, "surfaces", SurfaceList, CIEJsonTree::Array},

@@ -70,6 +70,8 @@ bool CIEJobReader::Deliver()
     case Dataset:
         if (level.m_strKey == JobParts::kHistoryKey)
             return JobParts::ReadJobHistory(m_In, value, *m_pDataset);
+        if (level.m_strKey == JobParts::kHeaderKey)
+            return JobParts::ReadHeader(m_In, value, *m_pDataset);
         if (!m_In.Read(value, name))
             return false;
         m_pDataset->SetName(std::move(name));

@@ -171,6 +171,7 @@ const std::vector<JobParts::TSection>& JobParts::Sections()
         {"settings", WriteSettings, ReadSettings},
         {"codes", WriteDictionary, ReadDictionary},
         {"layers", WriteLayers, ReadLayers},
+        {"defaultLayer", WriteDefaultLayer, ReadDefaultLayer},
         {"roadTemplates", WriteRoadTemplates, ReadRoadTemplates},
     };
     return sections;

@@ -60,6 +60,7 @@ void CIEJobWriter::WriteDataset(const CIEDataset& dataset)
     m_Out.m_Text.BeginObject(CIEJsonText::Lines);
     m_Out.m_Text.Key("name");
     m_Out.m_Text.Text(dataset.GetName());
+    JobParts::WriteHeader(m_Out, JobParts::kHeaderKey, dataset);
     m_StartPoints.clear();
     for (int i = 0; const CIEAlignment* const pAlignment = dataset.GetAlignmentAt(i); ++i) {
         if (pAlignment->GetStartPoint())

@@ -62,6 +62,8 @@ public:
     /// Extent and sizes for drawings; never null. Unless the host has set the borders, each call goes over all objects
     /// and surfaces to find them, leaving out the objects of blocks, which aren't on the ground: ask once for a run.
     [[nodiscard]] CHeaderInfo* GetHeaderInfo();
+    /// The same as it was found last, for its sizes.
+    [[nodiscard]] const CHeaderInfo& GetHeaderSettings() const { return m_HeaderInfo; }
     /// Borders that stay as they are, whatever is added.
     void FixBorders(CIEStation minimum, CIEStation maximum);
     [[nodiscard]] bool HasFixedBorders() const { return m_bFixedBorders; }

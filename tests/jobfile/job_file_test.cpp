@@ -69,7 +69,7 @@ public:
 class COddPoint : public CIEDesignPoint {
 public:
     using CIEDesignPoint::CIEDesignPoint;
-    [[nodiscard]] EIEObjectsType GetType() const override { return EIEObjectsType::Composite; }
+    [[nodiscard]] EIEObjectsType GetType() const override { return static_cast<EIEObjectsType>(99); }
 };
 
 TEST(JobFile, AStopCostsNoDocument)
@@ -148,6 +148,22 @@ TEST(JobFile, TheRichJobComesBack)
     EXPECT_EQ(dataset.GetJobHistory()->GetJHTables(), job.GetDatasetAt(1)->GetJobHistory()->GetJHTables());
     EXPECT_NE(back.GetDatasetAt(0)->GetJobHistory(), nullptr);
     EXPECT_EQ(dataset.GetSurfaceAt(0)->GetTriangleAt(0)->GetPosition(2), -1);
+
+    const CIELayer& trees = *back.GetIEDrawDictionary()->FindLayer("Trees");
+    EXPECT_FALSE(trees.IsActive() || trees.IsPlot());
+    EXPECT_STREQ(static_cast<CIEDrawLineProperties*>(trees.GetDrawProperties())->GetDashStyleTypeAsString(),
+                 "DASHDOTDOTTED");
+    EXPECT_EQ(back.GetIEDrawDictionary()->GetDefaultLayer()->GetName(), "Empty");
+    TIEColor color = 0;
+    const CIECodeDescription& kerb = *back.GetIEDataDictionary()->FindCodeDiscription("KERB");
+    EXPECT_TRUE(kerb.GetDrawProperties(CIEDrawProperties::Points)->GetColor(color));
+    EXPECT_EQ(color, 0xFF0000U);
+    EXPECT_FALSE(kerb.GetDrawProperties(CIEDrawProperties::Lines)->GetColor(color));
+    const auto& gate = static_cast<const CIECompositeObject&>(*dataset.FindObject("gate"));
+    EXPECT_EQ(gate.GetPartAt(1)->GetDrawProperties()->GetType(), CIEDrawProperties::Lines);
+    EXPECT_EQ(gate.GetNumberOfStations(), 4);
+    EXPECT_EQ(dataset.GetHeaderInfo()->GetBorder(CHeaderInfo::Maximum)->m_dEast, 5);
+    EXPECT_EQ(dataset.GetHeaderInfo()->GetTextHeight(), 1.75);
 
     const CIEAlignment& road = *dataset.GetAlignmentAt(0);
     EXPECT_EQ(road.GetStartPoint(), dataset.GetObjectAt(1));

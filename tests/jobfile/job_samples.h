@@ -152,6 +152,53 @@ inline CIEAlignment& AddRichAlignment(CIEDataset& dataset, const CIERoadTemplate
     return road;
 }
 
+inline std::unique_ptr<CIEDrawLineProperties> MakeLines(TIEColor color, CIEDrawLineProperties::EDashStyleType eStyle,
+                                                        int nWidth)
+{
+    auto pLines = std::make_unique<CIEDrawLineProperties>();
+    pLines->SetColor(color);
+    pLines->SetDashStyle(eStyle);
+    pLines->SetWidth(nWidth);
+    return pLines;
+}
+
+/// All that a job says of how things are drawn.
+inline void FillDrawing(CIEData& job, CIEDataset& dataset)
+{
+    CIEDrawDictionary& layers = *job.GetIEDrawDictionary();
+    CIELayer& trees = *layers.FindLayer("Trees");
+    trees.SetNotes("old stock");
+    trees.SetActiveStatus(false);
+    trees.SetPlotStatus(false);
+    trees.SetDrawProperties(MakeLines(0x00A5FF, CIEDrawLineProperties::DashDotDotted, 2));
+    layers.SetDefaultLayer(1);
+
+    CIECodeDescription& kerb = *job.GetIEDataDictionary()->FindCodeDiscription("KERB");
+    auto pPoints = std::make_unique<CIEDrawPointProperties>();
+    pPoints->SetColor(0xFF0000);
+    pPoints->SetMarkStyle(12);
+    kerb.SetDrawProperties(CIEDrawProperties::Points, std::move(pPoints));
+    kerb.SetDrawProperties(CIEDrawProperties::Lines, std::make_unique<CIEDrawLineProperties>());
+    auto pArea = std::make_unique<CIEDrawAreaProperties>();
+    pArea->SetFloodStatus(true);
+
+    dataset.FindObject("area")->SetDrawProperties(std::move(pArea));
+    dataset.FindObject("line")->SetDrawProperties(MakeLines(0, CIEDrawLineProperties::DashedCustom, 0));
+    auto pComposite = std::make_unique<CIECompositeObject>();
+    pComposite->SetName("gate");
+    pComposite->AddPart(dataset.FindObject("arc")->clone());
+    pComposite->AddPart(dataset.FindObject("line")->clone());
+    dataset.Add(std::move(pComposite));
+    dataset.Add(std::make_unique<CIECompositeObject>());
+
+    CHeaderInfo& header = *dataset.GetHeaderInfo();
+    header.SetPointMode(34);
+    header.SetSymbolSize(0.5);
+    header.SetTextHeight(1.75);
+    header.SetTextWidthFactor(0.8);
+    dataset.FixBorders(CIEStation(1, 2, 3), CIEStation(4, 5, 6));
+}
+
 /// Something under every key that a document has.
 inline void FillRichJob(CIEData& job)
 {
@@ -237,6 +284,7 @@ inline void FillRichJob(CIEData& job)
     triangle.SetPosition(1, 0);
     surface.AddTriangle(triangle);
     dataset.Add(std::make_unique<CIESurface>());
+    FillDrawing(job, dataset);
     AddRichAlignment(dataset, *job.GetIERoadTemplatesDictionary());
 }
 
