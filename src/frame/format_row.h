@@ -43,6 +43,8 @@ enum EIECarries : unsigned {
     CARRIES_CODE_STRINGS = 1U << 22,
     CARRIES_CONTROL_CODES = 1U << 23,
     CARRIES_RELATIVE_POINTS = 1U << 24, ///< a point-to-line point comes back as one
+    CARRIES_DRAWING = 1U << 25,         ///< how objects are drawn: colours, line types, widths
+    CARRIES_COMPOSITES = 1U << 26,
 };
 
 /// How surely a file's first bytes are of a form.

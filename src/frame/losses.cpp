@@ -27,7 +27,7 @@ unsigned KindOf(const CIEObject& object)
     case EIEObjectsType::Arc:
         return CARRIES_ARCS;
     case EIEObjectsType::Composite:
-        break;
+        return CARRIES_COMPOSITES;
     }
     return CARRIES_NOTHING;
 }
@@ -123,6 +123,21 @@ private:
     TIENote m_Note;
 };
 
+void NoteUnusedLayers(const CIEData& job, CNotes& notes)
+{
+    std::unordered_set<const CIELayer*> used;
+    for (int i = 0; const CIEDataset* const pDataset = job.GetDatasetAt(i); ++i) {
+        for (int j = 0; const CIEObject* const pObject = pDataset->GetObjectAt(j); ++j)
+            used.insert(pObject->GetLayer());
+    }
+    const CIEDrawDictionary* const pLayers = job.GetIEDrawDictionary();
+    for (int i = 0; const CIELayer* const pLayer = pLayers->GetLayerAt(i); ++i) {
+        if (!used.contains(pLayer))
+            notes.AddLeftOut("job.layer", pLayer->GetName(),
+                             "no object lies on this layer, and the form holds no layers");
+    }
+}
+
 void NoteUnusedCodes(const CIEData& job, CNotes& notes)
 {
     std::unordered_set<const CIECodeDescription*> used;
@@ -165,6 +180,8 @@ void NoteObject(const CIEData& job, const CString& strFile, const CIEObject& obj
     if (object.GetLayer() && !(nCarries & CARRIES_LAYERS))
         notes.AddLeftOut("object.layer", strName,
                          "the form doesn't hold the layer \"" + object.GetLayer()->GetName() + "\" of this " + strWord);
+    if (object.GetDrawProperties() && !(nCarries & CARRIES_DRAWING))
+        notes.AddLeftOut("object.drawing", strName, "the form doesn't hold how this " + strWord + " is drawn");
     for (const TStationLoss& loss : kStationLosses) {
         if (!(nCarries & loss.m_nCarries) && HasInStations(object, loss))
             notes.Add(loss.m_eKind, loss.m_pCode, strName, loss.m_pReason + strWord);
@@ -219,6 +236,8 @@ void NoteJob(const CIEData& job, const CString& strFile, unsigned nCarries)
         notes.AddLeftOut("job.templates", {}, "the form doesn't hold the job's road templates");
     if (!(nCarries & CARRIES_DICTIONARY))
         NoteUnusedCodes(job, notes);
+    if (!(nCarries & CARRIES_LAYERS))
+        NoteUnusedLayers(job, notes);
 }
 
 void NoteCoarseDegrees(const CIEData& job, const CString& strFile)

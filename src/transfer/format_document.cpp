@@ -34,6 +34,8 @@ constexpr std::pair<unsigned, std::string_view> kWords[] = {
     {CARRIES_SHEET_POINTS, "sheet points"},
     {CARRIES_GPS_DATA, "GPS data"},
     {CARRIES_JOB_HISTORY, "job history"},
+    {CARRIES_DRAWING, "colours and line types"},
+    {CARRIES_COMPOSITES, "composite objects"},
 };
 
 std::vector<std::string_view> GetExtensions(const TIEFormatRow& row)

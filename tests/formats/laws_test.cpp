@@ -509,6 +509,11 @@ const TKind kKinds[] = {
         GiveCode(AddPoint(set, "A"), AddCode(job, "T", {CIEAttrDescription("w")}), {"1"}); }},
     {CARRIES_LAYERS, "object.layer A", [](CIEData& job, CIEDataset& set) {
         AddPoint(set, "A").SetLayer(job.GetIEDrawDictionary()->AddLayer(std::make_unique<CIELayer>("trees"))); }},
+    {CARRIES_LAYERS, "job.layer trees", [](CIEData& job, CIEDataset& set) {
+        AddPoint(set, "A"); job.GetIEDrawDictionary()->AddLayer(std::make_unique<CIELayer>("trees")); }},
+    {CARRIES_DRAWING, "object.drawing A", [](CIEData&, CIEDataset& set) {
+        AddPoint(set, "A").SetDrawProperties(std::make_unique<CIEDrawPointProperties>()); }},
+    {CARRIES_COMPOSITES, "object.kind A", [](CIEData&, CIEDataset& set) { set.Add(std::make_unique<CIECompositeObject>())->SetName("A"); }},
     {CARRIES_NOTES, "object.notes A", [](CIEData&, CIEDataset& set) { AddChanged(set, [](auto& station) { station.SetNotes("x"); }); }},
     {CARRIES_GEOID_HEIGHTS, "object.geoid-height A", [](CIEData&, CIEDataset& set) { AddChanged(set, [](auto& station) { station.SetGeoidHeight(9); }); }},
     {CARRIES_TIME_STAMPS, "object.time-stamps A", [](CIEData&, CIEDataset& set) { AddChanged(set, [](auto& station) { station.SetTimeStamps("7:00"); }); }},
