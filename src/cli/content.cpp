@@ -32,7 +32,7 @@ int& CountOf(TContent& content, EIEObjectsType type)
     case EIEObjectsType::Composite:
         break;
     }
-    return content.m_nOthers;
+    return content.m_nComposites;
 }
 
 void Append(std::string& text, int nCount, const char* pOne)
@@ -54,10 +54,12 @@ TContent LookInto(const CIEDataset& dataset)
     if (dataset.GetJobHistory())
         content.m_nHistoryTables = static_cast<int>(dataset.GetJobHistory()->GetJHTables().size());
     for (int i = 0; const CIEObject* const pObject = dataset.GetObjectAt(i); ++i) {
+        if (pObject->GetStateType() == CIEObject::InBlock) {
+            ++content.m_nInBlocks;
+            continue;
+        }
         ++CountOf(content, pObject->GetType());
         content.m_nStations += pObject->GetNumberOfStations();
-        if (pObject->GetStateType() == CIEObject::InBlock)
-            continue;
         for (int j = 0; const CIEStation* const pStation = pObject->GetStation(j); ++j) {
             Widen(content.m_North, pStation->m_dNorth);
             Widen(content.m_East, pStation->m_dEast);
@@ -73,9 +75,9 @@ std::string DescribeContent(const CIEData& job)
     TContent all;
     for (int i = 0; const CIEDataset* const pDataset = job.GetDatasetAt(i); ++i) {
         const TContent content = LookInto(*pDataset);
-        for (int TContent::*pCount :
-             {&TContent::m_nPoints, &TContent::m_nLines, &TContent::m_nPolygons, &TContent::m_nArcs,
-              &TContent::m_nOthers, &TContent::m_nSurfaces, &TContent::m_nAlignments, &TContent::m_nHistoryTables})
+        for (int TContent::*pCount : {&TContent::m_nPoints, &TContent::m_nLines, &TContent::m_nPolygons,
+                                      &TContent::m_nArcs, &TContent::m_nComposites, &TContent::m_nSurfaces,
+                                      &TContent::m_nAlignments, &TContent::m_nHistoryTables, &TContent::m_nInBlocks})
             all.*pCount += content.*pCount;
     }
     std::string text;
@@ -83,10 +85,12 @@ std::string DescribeContent(const CIEData& job)
     Append(text, all.m_nLines, "line");
     Append(text, all.m_nPolygons, "polygon");
     Append(text, all.m_nArcs, "arc");
-    Append(text, all.m_nOthers, "composite object");
+    Append(text, all.m_nComposites, "composite object");
     Append(text, all.m_nSurfaces, "surface");
     Append(text, all.m_nAlignments, "alignment");
     Append(text, all.m_nHistoryTables, "job history table");
+    if (all.m_nInBlocks > 0)
+        text += fmt::format("{}{} within blocks", text.empty() ? "" : ", ", all.m_nInBlocks);
     return text.empty() ? "nothing" : text;
 }
 

@@ -13,20 +13,21 @@ struct TRange {
     double m_dMost;
 };
 
-/// Counts of a dataset, and the room that its stations take.
+/// Counts of a dataset, and the room that its stations take. All but the first two leave out the objects of blocks,
+/// which are patterns and not on the ground.
 struct TContent {
     int m_nElements = 0; ///< objects of every kind
+    int m_nInBlocks = 0; ///< those of blocks among them
     int m_nPoints = 0;
     int m_nLines = 0;
     int m_nPolygons = 0;
     int m_nArcs = 0;
-    int m_nOthers = 0;
+    int m_nComposites = 0;
     int m_nSurfaces = 0;
     int m_nAlignments = 0;
     int m_nHistoryTables = 0;
     int m_nStations = 0;
-    /// Metres, or decimal degrees in a geographic job; of objects on the ground, so not of those that a block is made
-    /// of.
+    /// Metres, or decimal degrees in a geographic job.
     std::optional<TRange> m_North;
     std::optional<TRange> m_East;
     std::optional<TRange> m_Height; ///< metres; nothing where no station has a height

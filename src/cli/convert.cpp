@@ -99,8 +99,10 @@ EExit CConversion::Write(std::unique_ptr<CIEData> pJob)
                                    m_Arguments.m_strOut +
                                        " wasn't written: the input holds nothing of what --types asks for");
     }
-    if (!m_Out.IsJob())
+    if (!m_Out.IsJob()) {
+        DropBlocks(*pJob, m_Arguments.m_strOut, m_ExportWatch);
         DropEmptyDatasets(*pJob, m_Out, m_Arguments.m_strOut, m_ExportWatch, m_Messages);
+    }
     SetUpOutput(*pJob, m_Arguments.m_Job);
     if (m_Arguments.m_Job.m_bHeader && !m_Out.HasHeader())
         m_Messages.Warn(m_Arguments.m_strOut + ": this form has no header line, and --header adds none");

@@ -101,6 +101,27 @@ EExit Explain(EExit eExit, const std::string& strOut, const TForm& form, EIEResu
 
 namespace Cli {
 
+void DropBlocks(CIEData& job, const std::string& strOut, CWatch& watch)
+{
+    const auto isInBlock = [](const CIEObject& object) { return object.GetStateType() == CIEObject::InBlock; };
+    int nObjects = 0;
+    for (int i = 0; CIEDataset* const pDataset = job.GetDatasetAt(i); ++i) {
+        const int nBefore = pDataset->GetNumberOfElements(-1, 2, false, false);
+        pDataset->RemoveObjectsIf(isInBlock);
+        nObjects += nBefore - pDataset->GetNumberOfElements(-1, 2, false, false);
+    }
+    if (nObjects == 0)
+        return;
+    TIENote note;
+    note.m_eKind = TIENote::LeftOut;
+    note.m_pCode = "job.blocks";
+    note.m_strFile = strOut;
+    note.m_strReason = fmt::format("{} object{} within blocks, which show in the drawing only where a reference puts "
+                                   "them; those are written as objects of their own",
+                                   nObjects, nObjects == 1 ? "" : "s");
+    watch.OnNote(note);
+}
+
 void DropEmptyDatasets(CIEData& job, const TForm& form, const std::string& strOut, CWatch& watch,
                        const CMessages& messages)
 {

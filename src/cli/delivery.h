@@ -19,6 +19,10 @@ struct TDelivery {
     std::vector<std::string> m_Files; ///< the files in their place; none if anything failed
 };
 
+/// Takes out the objects of blocks: they stand relative to the base of their block, and what references put on the
+/// ground is in the job as copies. Told as one note to the watch.
+void DropBlocks(CIEData& job, const std::string& strOut, CWatch& watch);
+
 /// Takes out datasets that hold nothing that the form takes, and says so: an export of all datasets into one file ends
 /// at an empty one. A job history that goes with them is told to the watch as left out of `strOut`.
 void DropEmptyDatasets(CIEData& job, const TForm& form, const std::string& strOut, CWatch& watch,

@@ -24,11 +24,12 @@ TJson ToJson(const CIEDataset& dataset)
     if (content.m_North)
         extent = {
             {"north", ToJson(content.m_North)}, {"east", ToJson(content.m_East)}, {"height", ToJson(content.m_Height)}};
-    return {{"name", dataset.GetName()},       {"elements", content.m_nElements},
-            {"points", content.m_nPoints},     {"polylines", content.m_nLines},
-            {"polygons", content.m_nPolygons}, {"arcs", content.m_nArcs},
-            {"surfaces", content.m_nSurfaces}, {"alignments", content.m_nAlignments},
-            {"stations", content.m_nStations}, {"history_tables", content.m_nHistoryTables},
+    return {{"name", dataset.GetName()},           {"elements", content.m_nElements},
+            {"points", content.m_nPoints},         {"polylines", content.m_nLines},
+            {"polygons", content.m_nPolygons},     {"arcs", content.m_nArcs},
+            {"composites", content.m_nComposites}, {"in_blocks", content.m_nInBlocks},
+            {"surfaces", content.m_nSurfaces},     {"alignments", content.m_nAlignments},
+            {"stations", content.m_nStations},     {"history_tables", content.m_nHistoryTables},
             {"extent", std::move(extent)}};
 }
 
@@ -119,7 +120,8 @@ void AddDataset(std::string& text, const CIEDataset& dataset, const CIEData& job
     AddCount(text, "Lines", content.m_nLines);
     AddCount(text, "Polygons", content.m_nPolygons);
     AddCount(text, "Arcs", content.m_nArcs);
-    AddCount(text, "Others", content.m_nOthers);
+    AddCount(text, "Composites", content.m_nComposites);
+    AddCount(text, "Within blocks", content.m_nInBlocks);
     AddCount(text, "Surfaces", content.m_nSurfaces);
     AddCount(text, "Alignments", content.m_nAlignments);
     AddCount(text, "History", content.m_nHistoryTables);

@@ -107,7 +107,12 @@ unsigned KindOf(const CIEObject& object)
     case EIEObjectsType::Composite:
         break;
     }
-    return 0;
+    unsigned nKinds = 0;
+    if (const auto* const pComposite = dynamic_cast<const CIECompositeObject*>(&object)) {
+        for (int i = 0; const CIEObject* const pPart = pComposite->GetPartAt(i); ++i)
+            nKinds |= KindOf(*pPart);
+    }
+    return nKinds;
 }
 
 void SetFormat(TIESettings& settings, const std::optional<IEAsciiFields::TFields>& layout,

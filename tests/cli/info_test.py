@@ -17,8 +17,8 @@ class Info(ProgramTest):
         self.assertEqual((told["job"]["units"], told["job"]["coordinates"]), ("metres", "plane"))
         self.assertEqual((told["job"]["codes"], told["job"]["layers"]), (["TREE", "HOUSE", "EDGE"], []))
         self.assertEqual(told["job"]["datasets"], [{
-            "name": "Import dataset", "elements": 4, "points": 2, "polylines": 1, "polygons": 1, "arcs": 0, "surfaces": 0,
-            "alignments": 0, "stations": 8, "history_tables": 0,
+            "name": "Import dataset", "elements": 4, "points": 2, "polylines": 1, "polygons": 1, "arcs": 0,
+            "composites": 0, "in_blocks": 0, "surfaces": 0, "alignments": 0, "stations": 8, "history_tables": 0,
             "extent": {"north": [-5.0, 101.0], "east": [0.0, 201.0], "height": [-4.0, 11.0]}}])
         self.assertEqual({key: told["notes"][key] for key in ("refused", "changed", "left_out", "items")},
                          {"refused": 0, "changed": 0, "left_out": 0, "items": []})
@@ -30,6 +30,19 @@ class Info(ProgramTest):
         self.assertIn("100.000 to 100.000 feet", self.check(DONE, "info", "in.txt", "--units", "feet").out)
         self.check(DONE, "convert", "in.txt", "in.job.json")
         self.assertEqual(self.info("in.job.json", "--units", "us-feet")["job"]["units"], "us-feet")
+
+    def test_what_a_block_is_made_of_stays_out_of_lists(self):
+        job = self.make_job("A")
+        job["datasets"][0]["objects"] = [{"point": "P", "north": 1, "east": 2, "height": 3, "state": "block"},
+                                         {"point": "Q", "north": 4, "east": 5, "height": 6}]
+        self.write("in.job.json", json.dumps(job))
+        told = self.info("in.job.json")["job"]["datasets"][0]
+        self.assertEqual((told["elements"], told["in_blocks"], told["points"], told["extent"]["north"]), (2, 1, 1, [4.0, 4.0]))
+        done = self.check(DONE, "convert", "in.job.json", "out.txt", "--to", "delimited")
+        self.assertIn("job.blocks", done.err)
+        self.assertNotIn(b"P,", self.read("out.txt"))
+        self.check(DONE, "convert", "in.job.json", "out.job.json")
+        self.assertIn(b'"block"', self.read("out.job.json"))
 
     def test_what_has_no_place_has_no_extent(self):
         job = self.make_job("Two", "Empty", "One")
