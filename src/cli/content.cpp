@@ -7,6 +7,8 @@ namespace {
 
 using namespace Cli;
 
+constexpr const char* kNothing = "nothing";
+
 void Widen(std::optional<TRange>& range, double dValue)
 {
     if (range)
@@ -70,6 +72,11 @@ TContent LookInto(const CIEDataset& dataset)
     return content;
 }
 
+bool HasContent(const CIEData& job)
+{
+    return DescribeContent(job) != kNothing;
+}
+
 std::string DescribeContent(const CIEData& job)
 {
     TContent all;
@@ -91,7 +98,7 @@ std::string DescribeContent(const CIEData& job)
     Append(text, all.m_nHistoryTables, "job history table");
     if (all.m_nInBlocks > 0)
         text += fmt::format("{}{} within blocks", text.empty() ? "" : ", ", all.m_nInBlocks);
-    return text.empty() ? "nothing" : text;
+    return text.empty() ? kNothing : text;
 }
 
 } // namespace Cli

@@ -35,6 +35,9 @@ struct TContent {
 
 TContent LookInto(const CIEDataset& dataset);
 
+/// Whether a dataset holds anything, be it only within blocks.
+bool HasContent(const CIEData& job);
+
 /// "310 points, 12 lines, 1 surface" for the whole job; "nothing" for an empty one.
 std::string DescribeContent(const CIEData& job);
 

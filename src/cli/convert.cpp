@@ -92,15 +92,22 @@ EExit CConversion::Write(std::unique_ptr<CIEData> pJob)
 {
     const std::string content = DescribeContent(*pJob);
     m_Messages.Say(fmt::format("{}: read as {}: {}", m_Arguments.m_strIn, m_In.Describe(), content));
+    const bool bHadContent = HasContent(*pJob);
     if (m_Arguments.m_Job.m_Kinds) {
         KeepKinds(*pJob, *m_Arguments.m_Job.m_Kinds);
-        if (content != "nothing" && DescribeContent(*pJob) == "nothing" && !pJob->GetIERoadTemplatesDictionary())
+        if (bHadContent && !HasContent(*pJob) && !pJob->GetIERoadTemplatesDictionary())
             return m_Messages.Fail(EExit::OutputFailed,
                                    m_Arguments.m_strOut +
                                        " wasn't written: the input holds nothing of what --types asks for");
     }
     if (!m_Out.IsJob()) {
         DropBlocks(*pJob, m_Arguments.m_strOut, m_ExportWatch);
+        // a drawing of texts alone gives no list; its layers may give one of layers
+        constexpr unsigned kOfTheJob = CARRIES_LAYERS | CARRIES_DICTIONARY | CARRIES_TEMPLATES;
+        if (!HasContent(*pJob) && m_ImportWatch.GetLedger().GetCount(TIENote::LeftOut) > 0 &&
+            !(m_Out.m_pRow->m_nCarries & kOfTheJob))
+            return m_Messages.Fail(EExit::OutputFailed,
+                                   m_Arguments.m_strOut + " wasn't written: nothing that this form could hold came in");
         DropEmptyDatasets(*pJob, m_Out, m_Arguments.m_strOut, m_ExportWatch, m_Messages);
     }
     SetUpOutput(*pJob, m_Arguments.m_Job);

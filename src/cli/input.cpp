@@ -20,8 +20,8 @@ bool IsPart(EIEResult eResult, const CIEData& job)
 
 bool IsEmptyJob(const CIEData& job)
 {
-    return DescribeContent(job) == "nothing" && job.GetIEDataDictionary()->GetSize() == 0 &&
-           !job.GetIERoadTemplatesDictionary();
+    return !HasContent(job) && job.GetIEDataDictionary()->GetSize() == 0 &&
+           job.GetIEDrawDictionary()->GetNumberOfLayers() == 0 && !job.GetIERoadTemplatesDictionary();
 }
 
 EExit Judge(EIEResult eResult, const CIELedger& ledger, const CIEData& job)
