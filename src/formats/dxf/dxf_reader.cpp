@@ -1,0 +1,364 @@
+#include "formats/dxf/dxf_reader.h"
+
+#include "platform/file.h"
+#include "vellumlib/little_endian.h"
+#include "vellumlib/utils.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+namespace {
+
+/// What a binary file begins with; its last zero counts.
+constexpr std::string_view kSentinel("AutoCAD Binary DXF\r\n\x16\0", 22);
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+constexpr std::size_t kLongestLine = 255;
+/// Two lines with their ends.
+constexpr std::size_t kLongestGroup = 2 * (kLongestLine + 2);
+
+enum class EValue : std::uint8_t { None, Word, Text, Double, Int };
+
+struct TCodes {
+    int m_nFirst;
+    int m_nLast;
+    EValue m_eValue;
+};
+constexpr TCodes kCodes[] = {
+    {0, 9, EValue::Word},         {10, 59, EValue::Double},   {60, 79, EValue::Int},      {90, 99, EValue::Int},
+    {100, 100, EValue::Word},     {102, 102, EValue::Word},   {105, 105, EValue::Word},   {110, 149, EValue::Double},
+    {170, 179, EValue::Int},      {210, 210, EValue::Double}, {220, 220, EValue::Double}, {230, 230, EValue::Double},
+    {250, 259, EValue::Int},      {270, 299, EValue::Int},    {300, 309, EValue::Word},   {310, 369, EValue::Text},
+    {370, 389, EValue::Int},      {390, 399, EValue::Word},   {400, 409, EValue::Int},    {410, 419, EValue::Word},
+    {420, 429, EValue::Int},      {430, 439, EValue::Word},   {450, 459, EValue::Int},    {460, 469, EValue::Double},
+    {470, 479, EValue::Word},     {760, 769, EValue::Int},    {780, 789, EValue::Int},    {999, 1009, EValue::Word},
+    {1010, 1059, EValue::Double}, {1060, 1071, EValue::Int},
+};
+constexpr std::size_t kFirstFreeCode = 1100; ///< from here on all values are words
+
+constexpr auto kValues = [] {
+    std::array<EValue, kFirstFreeCode> values{};
+    for (const TCodes& codes : kCodes) {
+        for (int i = codes.m_nFirst; i <= codes.m_nLast; ++i)
+            values[static_cast<std::size_t>(i)] = codes.m_eValue;
+    }
+    return values;
+}();
+
+EValue ValueOf(std::int32_t nCode)
+{
+    const auto nIndex = static_cast<std::size_t>(nCode);
+    return nIndex < kFirstFreeCode ? kValues[nIndex] : EValue::Word;
+}
+
+// codes of the binary form that have a value
+constexpr int kLastBinaryText = 9;
+constexpr int kLastBinaryDouble = 59;
+constexpr int kLastBinaryInt = 78;
+
+bool IsBlank(char c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+bool IsDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+/// The text behind its blanks and its sign.
+std::string_view TakeSign(std::string_view text, bool& bNegative)
+{
+    while (!text.empty() && IsBlank(text[0]))
+        text.remove_prefix(1);
+    bNegative = text.starts_with('-');
+    if (bNegative || text.starts_with('+'))
+        text.remove_prefix(1);
+    return text;
+}
+
+/// "inf" and "nan" in any case.
+bool IsNumberWord(std::string_view text)
+{
+    const CString start = IEUtils::ToLower(text.substr(0, 3));
+    return start == "inf" || start == "nan";
+}
+
+} // namespace
+
+/// The file and the part of its bytes at hand, which all copies of a reader share.
+struct CDXFReader::TFile {
+    CIEFileReader m_Reader;
+    const char* m_pAt = nullptr; ///< the next byte
+    const char* m_pEnd = nullptr;
+    std::uint64_t m_nEndOffset = 0; ///< of m_pEnd in the file
+    std::uint64_t m_nTokenOffset = 0;
+    std::int64_t m_nLinesRead = 0;
+    std::int64_t m_nTokenLine = 0;
+
+    std::size_t Held() const { return static_cast<std::size_t>(m_pEnd - m_pAt); }
+    std::uint64_t Position() const { return m_nEndOffset - Held(); }
+    void GoTo(std::uint64_t nPosition)
+    {
+        (void)m_Reader.Seek(nPosition);
+        m_pAt = m_pEnd = nullptr;
+        m_nEndOffset = m_Reader.GetPosition();
+    }
+    void Fill(std::size_t nCount)
+    {
+        (void)m_Reader.Seek(Position());
+        const std::string_view bytes = m_Reader.Peek(nCount);
+        m_nEndOffset = m_Reader.GetPosition() + bytes.size();
+        m_pAt = bytes.data();
+        m_pEnd = m_pAt + bytes.size();
+    }
+};
+
+CDXFReader::CDXFReader() = default;
+CDXFReader::CDXFReader(const CDXFReader& other) = default;
+CDXFReader& CDXFReader::operator=(const CDXFReader& other) = default;
+CDXFReader::~CDXFReader() = default;
+
+bool CDXFReader::Open(const std::string& strName)
+{
+    Close();
+    auto pFile = std::make_shared<TFile>();
+    if (!pFile->m_Reader.Open(strName))
+        return false;
+    const std::string_view head = pFile->m_Reader.Peek(kSentinel.size());
+    m_bBinary = head.starts_with(kSentinel);
+    if (m_bBinary)
+        pFile->GoTo(kSentinel.size());
+    else
+        pFile->GoTo(head.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0);
+    m_pFile = std::move(pFile);
+    return true;
+}
+
+bool CDXFReader::Close()
+{
+    if (m_pFile) {
+        m_pFile->GoTo(m_pFile->Position());
+        m_pFile->m_Reader.Close();
+    }
+    m_pFile.reset();
+    m_bBinary = false;
+    return true;
+}
+
+TToken CDXFReader::ReadToken()
+{
+    m_eNumber = ENumber::Read;
+    if (!m_pFile || !m_pFile->m_Reader.IsOpen())
+        return {};
+    m_pFile->m_nTokenOffset = m_pFile->Position();
+    return m_bBinary ? ReadBinaryToken() : ReadTextToken();
+}
+
+TToken CDXFReader::EndToken()
+{
+    TToken token;
+    token.m_eToken = TToken::END_OF_FILE;
+    return token;
+}
+
+/// Sees to it that so many bytes are at hand. False if the file ends first.
+bool CDXFReader::NeedBytes(std::size_t nCount)
+{
+    TFile& file = *m_pFile;
+    if (file.Held() < nCount && file.m_nEndOffset < file.m_Reader.GetLength() && !file.m_Reader.HasFailed())
+        file.Fill(nCount);
+    return file.Held() >= nCount;
+}
+
+/// The next line, or the next piece of a long one. The view lives until more bytes are needed.
+bool CDXFReader::TakeLine(std::string_view& line)
+{
+    TFile& file = *m_pFile;
+    const char* const pFirst = file.m_pAt;
+    if (pFirst == file.m_pEnd)
+        return false;
+    const char* const pLimit = pFirst + std::min(file.Held(), kLongestLine);
+    const char* p = pFirst;
+    while (p != pLimit && *p != '\n' && *p != '\r')
+        ++p;
+    line = {pFirst, static_cast<std::size_t>(p - pFirst)};
+    if (p != file.m_pEnd && (*p == '\n' || *p == '\r')) {
+        p += *p == '\r' && p + 1 != file.m_pEnd && p[1] == '\n' ? 2 : 1;
+        ++file.m_nLinesRead;
+    }
+    file.m_pAt = p;
+    return true;
+}
+
+TToken CDXFReader::ReadTextToken()
+{
+    NeedBytes(kLongestGroup);
+    m_pFile->m_nTokenLine = m_pFile->m_nLinesRead + 1;
+    std::string_view code, value;
+    if (!TakeLine(code) || !TakeLine(value))
+        return EndToken();
+    TToken token;
+    token.m_nCode = ReadInt(code);
+    m_eNumber = ENumber::Read; // a code may be any text
+    if (token.m_nCode < 0)
+        token.m_nCode =
+            token.m_nCode == std::numeric_limits<std::int32_t>::min() ? -(token.m_nCode + 1) : -token.m_nCode;
+    switch (ValueOf(token.m_nCode)) {
+    case EValue::Word:
+        SetText(token, value, true);
+        break;
+    case EValue::Text:
+        SetText(token, value, false);
+        break;
+    case EValue::Double:
+        token.m_Value.m_dValue = ReadNumber(value);
+        break;
+    case EValue::Int:
+        token.m_Value.m_nValue = ReadInt(value);
+        break;
+    case EValue::None:
+        break;
+    }
+    return token;
+}
+
+/// `text` has at most 255 bytes.
+void CDXFReader::SetText(TToken& token, std::string_view text, bool bWord)
+{
+    std::memcpy(m_szBuffer, text.data(), text.size());
+    m_szBuffer[text.size()] = '\0';
+    token.m_Value.m_pText = m_szBuffer;
+    if (bWord)
+        token.m_eToken = TToken::FindToken(m_szBuffer);
+}
+
+/// As much of the text as makes a number.
+double CDXFReader::ReadNumber(std::string_view text)
+{
+    double dValue = 0.0;
+    if (IEUtils::StringToDouble(text, dValue, false)) // nearly every value is a number and nothing else
+        return dValue;
+    bool bNegative = false;
+    const std::string_view digits = TakeSign(text, bNegative);
+    if (digits.empty() || (!IsDigit(digits[0]) && digits[0] != '.')) {
+        m_eNumber = IsNumberWord(digits) ? ENumber::NotFinite : ENumber::NoNumber;
+        return 0.0;
+    }
+    const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), dValue);
+    if (read.ec == std::errc::invalid_argument) {
+        m_eNumber = ENumber::NoNumber;
+        return 0.0;
+    }
+    if (read.ec == std::errc::result_out_of_range) {
+        // a line isn't long enough for a number that is too small or too large without an exponent that says so
+        const std::string_view number = digits.substr(0, static_cast<std::size_t>(read.ptr - digits.data()));
+        if (number.find('-') == number.npos)
+            m_eNumber = ENumber::NotFinite;
+        return 0.0;
+    }
+    return bNegative ? -dValue : dValue;
+}
+
+std::int32_t CDXFReader::ReadInt(std::string_view text)
+{
+    constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+    bool bNegative = false;
+    text = TakeSign(text, bNegative);
+    if (text.empty() || !IsDigit(text[0]))
+        m_eNumber = ENumber::NoNumber;
+    std::int64_t nValue = 0;
+    for (std::size_t i = 0; i < text.size() && IsDigit(text[i]); ++i)
+        nValue = std::min(nValue * 10 + (text[i] - '0'), kMost + 1);
+    return static_cast<std::int32_t>(bNegative ? -nValue : std::min(nValue, kMost));
+}
+
+TToken CDXFReader::ReadBinaryToken()
+{
+    TToken token;
+    std::int32_t nCode = 0;
+    if (!ReadBinaryInt(nCode))
+        return EndToken();
+    token.m_nCode = nCode;
+    bool bRead = true;
+    if (nCode < 0 || nCode > kLastBinaryInt) {
+        // no value
+    } else if (nCode <= kLastBinaryText) {
+        bRead = ReadBinaryString(m_szBuffer);
+        token.m_Value.m_pText = m_szBuffer;
+        if (bRead)
+            token.m_eToken = TToken::FindToken(m_szBuffer);
+    } else if (nCode <= kLastBinaryDouble) {
+        double dValue = 0.0;
+        bRead = ReadBinaryDouble(dValue);
+        m_eNumber = std::isfinite(dValue) ? ENumber::Read : ENumber::NotFinite;
+        token.m_Value.m_dValue = std::isfinite(dValue) ? dValue : 0.0;
+    } else {
+        std::int32_t nValue = 0;
+        bRead = ReadBinaryInt(nValue);
+        token.m_Value.m_nValue = nValue;
+    }
+    return bRead ? token : EndToken();
+}
+
+bool CDXFReader::ReadBinaryInt(std::int32_t& nValue)
+{
+    if (!NeedBytes(sizeof nValue))
+        return false;
+    nValue = LittleEndian::ReadInt32({m_pFile->m_pAt, sizeof nValue}, 0);
+    m_pFile->m_pAt += sizeof nValue;
+    return true;
+}
+
+bool CDXFReader::ReadBinaryDouble(double& dValue)
+{
+    if (!NeedBytes(sizeof dValue))
+        return false;
+    dValue = LittleEndian::ReadDouble({m_pFile->m_pAt, sizeof dValue}, 0);
+    m_pFile->m_pAt += sizeof dValue;
+    return true;
+}
+
+/// Up to the zero, or a piece that fills the buffer.
+bool CDXFReader::ReadBinaryString(char* pText)
+{
+    NeedBytes(kBufferSize);
+    TFile& file = *m_pFile;
+    const std::string_view bytes(file.m_pAt, std::min(file.Held(), kBufferSize));
+    const std::size_t nZero = bytes.find('\0');
+    if (nZero == bytes.npos && bytes.size() < kBufferSize)
+        return false; // cut
+    const std::size_t nLength = std::min(nZero, kBufferSize - 1);
+    std::memcpy(pText, bytes.data(), nLength);
+    pText[nLength] = '\0';
+    file.m_pAt += nZero == bytes.npos ? nLength : nLength + 1;
+    return true;
+}
+
+std::int64_t CDXFReader::GetLineNumber() const
+{
+    return m_pFile && !m_bBinary ? m_pFile->m_nTokenLine : 0;
+}
+
+std::int64_t CDXFReader::GetOffset() const
+{
+    return m_pFile ? static_cast<std::int64_t>(m_pFile->m_nTokenOffset) : 0;
+}
+
+std::int64_t CDXFReader::GetPosition() const
+{
+    return m_pFile ? static_cast<std::int64_t>(m_pFile->Position()) : 0;
+}
+
+std::int64_t CDXFReader::GetLength() const
+{
+    return m_pFile ? static_cast<std::int64_t>(m_pFile->m_Reader.GetLength()) : 0;
+}
+
+bool CDXFReader::HasFailed() const
+{
+    return m_pFile && m_pFile->m_Reader.HasFailed();
+}

@@ -1,0 +1,74 @@
+// Reads the groups of a drawing file, in text or binary form.
+#pragma once
+
+#include "formats/dxf/dxf_token.h"
+#include "platform/api.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+/// Turns a drawing file into groups. It knows which codes have which kind of value, and nothing of sections or
+/// entities.
+///
+/// In text form a group is two lines, each ended by CR LF, LF or CR. A line of more than 255 bytes is read in pieces,
+/// and what is left of it counts as the next line. In binary form a group is a code of four bytes and a value: text
+/// ended by a zero for the codes 0 to 9, eight bytes for 10 to 59, four for 60 to 78, none for all others.
+///
+/// A text comes in upper case (ASCII letters alone), but for the codes 310 to 369. Nothing that isn't a number is told:
+/// it reads as 0. A copy reads on in the same file, whose place both share; whichever closes it, closes it for both.
+class ALIDADE_API CDXFReader {
+public:
+    CDXFReader();
+    CDXFReader(const CDXFReader& other);
+    CDXFReader& operator=(const CDXFReader& other);
+    ~CDXFReader();
+
+    /// False if the file can't be opened.
+    [[nodiscard]] bool Open(const std::string& strName);
+    /// The next group. Without an open file a new token; at the end of the file, which a group without all of its value
+    /// is too, the code -1 with the word END_OF_FILE.
+    TToken ReadToken();
+    /// True in any case.
+    bool Close();
+
+    [[nodiscard]] bool IsBinary() const { return m_bBinary; }
+    /// Line of the last token's code, from 1; 0 ahead of the first token and in binary form.
+    [[nodiscard]] std::int64_t GetLineNumber() const;
+    /// Byte at which the last token begins.
+    [[nodiscard]] std::int64_t GetOffset() const;
+    /// How much is read of how many bytes.
+    [[nodiscard]] std::int64_t GetPosition() const;
+    [[nodiscard]] std::int64_t GetLength() const;
+    /// True if the system refused a read; such a file seems to end there.
+    [[nodiscard]] bool HasFailed() const;
+
+    /// How the value of a code that has a number stood in the file.
+    enum class ENumber { Read, NoNumber, NotFinite };
+    /// About the last token.
+    [[nodiscard]] ENumber GetNumberState() const { return m_eNumber; }
+
+private:
+    static constexpr std::size_t kBufferSize = 256;
+    struct TFile;
+
+    bool NeedBytes(std::size_t nCount);
+    bool TakeLine(std::string_view& line);
+    TToken ReadTextToken();
+    TToken ReadBinaryToken();
+    TToken EndToken();
+    void SetText(TToken& token, std::string_view text, bool bWord);
+    double ReadNumber(std::string_view text);
+    std::int32_t ReadInt(std::string_view text);
+
+    bool ReadBinaryInt(std::int32_t& nValue);
+    bool ReadBinaryDouble(double& dValue);
+    bool ReadBinaryString(char* pText);
+
+    bool m_bBinary = false;
+    std::shared_ptr<TFile> m_pFile; ///< null while none is open
+    char m_szBuffer[kBufferSize] = {};
+    ENumber m_eNumber = ENumber::Read;
+};
