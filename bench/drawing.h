@@ -85,10 +85,11 @@ inline void AppendInsert(std::string& out, std::size_t nIndex, const PointList::
 {
     AppendStart(out, "INSERT", nIndex);
     AppendText(out, 66, "1");
-    AppendText(out, 2, point.m_strCode);
+    const std::string strCode(PointList::kCodes[nIndex / kKinds % PointList::kCodes.size()]);
+    AppendText(out, 2, strCode);
     AppendPlace(out, 10, point.m_dEast, point.m_dNorth, point.m_dHeight);
     const std::string strWidth = std::to_string(nIndex % 97) + ".5";
-    for (const auto& [tag, value] : {std::pair<const char*, const char*>{"CODENAME", point.m_strCode.c_str()},
+    for (const auto& [tag, value] : {std::pair<const char*, const char*>{"CODENAME", strCode.c_str()},
                                      {"NUMBER:TREE:N000", point.m_strName.c_str() + 1},
                                      {"WIDTH:TREE:N3", strWidth.c_str()}}) {
         AppendText(out, 0, "ATTRIB");

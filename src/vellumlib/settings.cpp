@@ -15,6 +15,7 @@ TIESettings::TIESettings(const TIESettings& other)
       m_cHistoryOptions(other.m_cHistoryOptions),
       m_hWnd(other.m_hWnd),
       m_strCodePage(other.m_strCodePage),
+      m_nMostBlockCopies(other.m_nMostBlockCopies),
       m_strWriteEncoding(other.m_strWriteEncoding),
       m_nDataTypes(other.m_nDataTypes)
 {

@@ -1,5 +1,6 @@
 #include "formats/dxf/formats.h"
 
+#include "formats/dxf/import/dxf_importer.h"
 #include "frame/file_head.h"
 
 namespace {
@@ -21,11 +22,16 @@ EIERecognition Recognize(std::string_view head)
     return group.m_nCode == 0 && group.m_strValue == "SECTION" ? EIERecognition::Surely : EIERecognition::No;
 }
 
+std::unique_ptr<CIEImporter> MakeImporter(CIEData* pData, const CString& strFileName, int /*nCode*/)
+{
+    return std::make_unique<CDXFImporter>(pData, strFileName);
+}
+
 // clang-format off
 constexpr TIEFormatRow kRows[] = {
-    {kIn,  4, "dxf", "DXF drawing", "dxf",     kDrawing,
+    {kIn,  4, "dxf", "DXF drawing", "dxf dxb", kDrawing,
      "X is east, Y is north. Points, lines, polylines, arcs, 3D faces and layers; attributes of block references become codes.",
-     nullptr, nullptr, Recognize},
+     MakeImporter, nullptr, Recognize},
     {kOut, 4, "dxf", "DXF drawing", "dxf dxb", kDrawing,
      "X is east, Y is north; 6 decimals in the job's units. Objects with codes become blocks with attributes."},
 };

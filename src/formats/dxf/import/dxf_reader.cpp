@@ -1,4 +1,4 @@
-#include "formats/dxf/dxf_reader.h"
+#include "formats/dxf/import/dxf_reader.h"
 
 #include "platform/file.h"
 #include "vellumlib/little_endian.h"
@@ -14,6 +14,8 @@ namespace {
 
 /// What a binary file begins with; its last zero counts.
 constexpr std::string_view kSentinel("AutoCAD Binary DXF\r\n\x16\0", 22);
+/// So much of it other binary forms have too.
+constexpr std::size_t kSharedSentinel = 20;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 constexpr std::size_t kLongestLine = 255;
@@ -130,6 +132,7 @@ bool CDXFReader::Open(const std::string& strName)
         return false;
     const std::string_view head = pFile->m_Reader.Peek(kSentinel.size());
     m_bBinary = head.starts_with(kSentinel);
+    m_bForeignBinary = !m_bBinary && head.starts_with(kSentinel.substr(0, kSharedSentinel));
     if (m_bBinary)
         pFile->GoTo(kSentinel.size());
     else
@@ -145,7 +148,7 @@ bool CDXFReader::Close()
         m_pFile->m_Reader.Close();
     }
     m_pFile.reset();
-    m_bBinary = false;
+    m_bBinary = m_bForeignBinary = false;
     return true;
 }
 

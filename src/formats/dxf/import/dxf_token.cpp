@@ -1,4 +1,4 @@
-#include "formats/dxf/dxf_token.h"
+#include "formats/dxf/import/dxf_token.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Reads the groups of a drawing file, in text or binary form.
 #pragma once
 
-#include "formats/dxf/dxf_token.h"
+#include "formats/dxf/import/dxf_token.h"
 #include "platform/api.h"
 
 #include <cstddef>
@@ -35,6 +35,8 @@ public:
     bool Close();
 
     [[nodiscard]] bool IsBinary() const { return m_bBinary; }
+    /// True of a file in a binary form that isn't this one, of which text form makes nothing.
+    [[nodiscard]] bool IsForeignBinary() const { return m_bForeignBinary; }
     /// Line of the last token's code, from 1; 0 ahead of the first token and in binary form.
     [[nodiscard]] std::int64_t GetLineNumber() const;
     /// Byte at which the last token begins.
@@ -68,6 +70,7 @@ private:
     bool ReadBinaryString(char* pText);
 
     bool m_bBinary = false;
+    bool m_bForeignBinary = false;
     std::shared_ptr<TFile> m_pFile; ///< null while none is open
     char m_szBuffer[kBufferSize] = {};
     ENumber m_eNumber = ENumber::Read;

@@ -1,0 +1,220 @@
+#include "formats/dxf/import/dxf_importer.h"
+
+#include "formats/dxf/import/dxf_run.h"
+
+namespace {
+
+// codes of the table of layers
+constexpr int kName = 2;
+constexpr int kLineType = 6;
+constexpr int kColor = 62;
+constexpr int kFlags = 70;
+constexpr int kLineWeight = 370;
+constexpr int kNotes = 1000;
+
+constexpr int kVariable = 9; ///< a group of the header that names a variable
+
+} // namespace
+
+CDXFImporter::CDXFImporter(CIEData* pData, CString strFileName) : CIEImporter(pData, std::move(strFileName)) {}
+
+CDXFImporter::~CDXFImporter() = default;
+
+EIEResult CDXFImporter::Import()
+{
+    m_pReader = std::make_unique<CDXFReader>();
+    m_bInEntities = false;
+    if (!m_pReader->Open(m_strFileName)) {
+        m_pReader.reset();
+        return IE_CANNOT_OPEN_FILE;
+    }
+    m_pRun = std::make_unique<TRun>(*this);
+    bool bSection = false;
+    while (ReadSections(bSection)) {
+    }
+    m_pRun->TellLosses(bSection);
+    if (IIETransferObserver* const pObserver = m_pData->GetObserver())
+        pObserver->OnProgress(m_pReader->GetPosition(), m_pReader->GetLength());
+    const TRun::EEnd eEnd = m_pRun->m_eEnd;
+    m_pRun.reset();
+    m_pReader.reset();
+    if (eEnd == TRun::NoMemory || eEnd == TRun::TooManyCopies)
+        return IE_OUT_OF_MEMORY;
+    return bSection ? IE_OK : IE_BAD_CONTENT;
+}
+
+/// One group outside the sections, and the section that it begins. False at the end.
+bool CDXFImporter::ReadSections(bool& bSection)
+{
+    TToken token;
+    if (!m_pRun->Next(token)) {
+        bSection = bSection && m_pRun->m_eEnd != TRun::Broken;
+        if (m_pRun->m_eEnd == TRun::FileEnd)
+            m_pRun->m_eEnd = TRun::Going; // a file without its last word has lost nothing
+        return false;
+    }
+    if (token.m_eToken == TToken::END_OF_FILE)
+        return false;
+    if (token.m_eToken != TToken::SECTION)
+        return true;
+    if (!m_pRun->Next(token)) {
+        bSection = m_pRun->m_eEnd == TRun::Stopped;
+        return false;
+    }
+    bSection = true;
+    return Section(token);
+}
+
+bool CDXFImporter::Section(const TToken& token)
+{
+    switch (token.m_eToken) {
+    case TToken::BLOCKS:
+        return Blocks();
+    case TToken::CLASSES:
+        return Classes();
+    case TToken::ENTITIES:
+        m_bInEntities = true;
+        return Entities();
+    case TToken::HEADER:
+        return Header();
+    case TToken::TABLES:
+        return Tables();
+    default:
+        if (token.m_nCode == kName)
+            m_pRun->m_Tally.CountSection(token.GetText(), *m_pReader);
+        return true;
+    }
+}
+
+/// Of the header only the encoding counts.
+bool CDXFImporter::Header()
+{
+    enum { Other, Version, CodePage } eVariable = Other;
+    TToken token;
+    while (m_pRun->Next(token)) {
+        if (token.m_eToken == TToken::ENDSEC)
+            return true;
+        if (token.m_nCode == kVariable)
+            eVariable = token.m_eToken == TToken::ACADVER   ? Version
+                        : token.GetText() == "$DWGCODEPAGE" ? CodePage
+                                                            : Other;
+        else if (eVariable == Version && token.m_nCode == 1)
+            m_pRun->m_Text.SetVersion(token.GetText());
+        else if (eVariable == CodePage && token.m_nCode == 3 && !m_pRun->m_Text.SetCodePage(token.GetText()))
+            m_pRun->m_Tally.Count(CDXFTally::CodePage, *m_pReader);
+    }
+    return false;
+}
+
+bool CDXFImporter::Classes()
+{
+    TToken token;
+    while (m_pRun->Next(token)) {
+        if (token.m_eToken == TToken::ENDSEC)
+            return true;
+    }
+    return false;
+}
+
+bool CDXFImporter::Tables()
+{
+    TToken token;
+    bool bPending = false;
+    while (bPending || m_pRun->Next(token)) {
+        bPending = true;
+        bool bGoesOn = true;
+        if (token.m_eToken == TToken::ENDSEC)
+            return true;
+        if (token.m_eToken == TToken::LAYER)
+            bGoesOn = TableLayer(token);
+        else if (token.m_eToken == TToken::LTYPE && token.m_nCode == kName)
+            bGoesOn = TableLType(token);
+        else if (token.m_eToken == TToken::STYLE && token.m_nCode == kName)
+            bGoesOn = TableStyle(token);
+        else if (token.m_eToken == TToken::VIEW && token.m_nCode == kName)
+            bGoesOn = TableView(token);
+        else
+            bPending = false;
+        if (!bGoesOn)
+            return false;
+    }
+    return false;
+}
+
+/// The head of a table or one of its entries, to the next group 0.
+bool CDXFImporter::TableLayer(TToken& token)
+{
+    CString strName, strNotes, strLineType;
+    int nColor = 0, nFlags = 1;
+    double dWeight = 1;
+    while (m_pRun->Next(token) && token.m_nCode != 0) {
+        switch (token.m_nCode) {
+        case kName:
+            strName = m_pRun->m_Text.ToText(token.GetText());
+            break;
+        case kLineType:
+            strLineType = token.GetText();
+            break;
+        case kColor:
+            nColor = token.m_Value.m_nValue;
+            break;
+        case kFlags:
+            nFlags = token.m_Value.m_nValue;
+            break;
+        case kLineWeight:
+            if (!m_pReader->IsBinary())
+                dWeight = token.m_Value.m_nValue;
+            break;
+        case kNotes:
+            strNotes = m_pRun->m_Text.ToText(token.GetText());
+            break;
+        default:
+            break;
+        }
+    }
+    if (m_pRun->m_eEnd != TRun::Going)
+        return false;
+    if (strName.empty())
+        return true;
+    auto pLayer = std::make_unique<CIELayer>(std::move(strName));
+    pLayer->SetNotes(std::move(strNotes));
+    pLayer->SetActiveStatus(nColor >= 0);
+    pLayer->SetPlotStatus(nFlags != 1 && nFlags != 2);
+    auto pProperties = std::make_unique<CIEDrawLineProperties>();
+    if (nColor >= 0)
+        pProperties->SetColor(m_AutoCADUtils.Convert256ToRGB(nColor));
+    pProperties->SetDashStyle(m_AutoCADUtils.ConvertCustomLineTypeToPredefined(strLineType));
+    if (dWeight > 0)
+        pProperties->SetWidth(m_AutoCADUtils.ConvertLineWeightFromMMtoPixels(m_pData->GetSettings().m_hWnd, dWeight));
+    pLayer->SetDrawProperties(std::move(pProperties));
+    m_pData->GetIEDrawDictionary()->AddLayer(std::move(pLayer));
+    return true;
+}
+
+/// To the table's end, which the next table or the end of the section is too.
+bool CDXFImporter::SkipTable(TToken& token)
+{
+    while (m_pRun->Next(token)) {
+        if (token.m_nCode == 0 &&
+            (token.m_eToken == TToken::ENDTAB || token.m_eToken == TToken::TABLE || token.m_eToken == TToken::ENDSEC))
+            return true;
+    }
+    return false;
+}
+
+bool CDXFImporter::Blocks()
+{
+    TToken token;
+    while (m_pRun->Next(token)) {
+        if (token.m_eToken == TToken::ENDSEC)
+            return true;
+        if (token.m_eToken == TToken::BLOCK && !Block())
+            return false;
+    }
+    return false;
+}
+
+bool CDXFImporter::Block()
+{
+    return Entities();
+}

@@ -1,0 +1,277 @@
+#include "formats/dxf/import/dxf_run.h"
+
+#include "vellumlib/utils.h"
+
+#include <cmath>
+
+namespace {
+
+// group codes of a block reference and its attributes
+constexpr int kValue = 1;
+constexpr int kTag = 2;
+constexpr int kBlockName = 2;
+constexpr int kEastScale = 41;
+constexpr int kNorthScale = 42;
+constexpr int kHeightScale = 43;
+constexpr int kAngle = 50;
+constexpr int kColumns = 70;
+constexpr int kRows = 71;
+
+// an attribute so called gives the object a code, or a text of a code
+constexpr std::string_view kCodeName = "CODENAME";
+constexpr std::string_view kCodeString = "CODESTRING";
+
+/// Attributes beyond these make no sense, and would make objects that take long to go through.
+constexpr std::size_t kMostAttributes = 1000;
+/// A code with more attributes than this is searched by hash.
+constexpr int kFewAttributes = 16;
+
+bool IsFinite(const CIEObject& object)
+{
+    for (int i = 0; const CIEStation* const pStation = object.GetStation(i); ++i) {
+        if (!std::isfinite(pStation->m_dNorth) || !std::isfinite(pStation->m_dEast) ||
+            !std::isfinite(pStation->m_dHeight))
+            return false;
+    }
+    return object.GetType() != EIEObjectsType::Arc ||
+           std::isfinite(static_cast<const CIEArc&>(object).GetData(CIEArc::Radius));
+}
+
+/// Stations and values of an object: what it takes beyond itself.
+std::int64_t CountParts(const CIEObject& object)
+{
+    std::int64_t nParts = object.GetNumberOfStations();
+    for (int i = 0; const CIECodeValues* const pCode = object.GetCode(i); ++i)
+        nParts += 1 + pCode->GetNumberOfAttrs() + pCode->GetNumberOfCodeStrings();
+    return nParts;
+}
+
+/// Type that a tag tells behind its last colon: C for text, N with decimals for a number, N and three zeros for a whole
+/// one.
+CIEAttrDescription::EType TypeOf(std::string_view text)
+{
+    if (!text.starts_with('N'))
+        return CIEAttrDescription::TEXT;
+    return text.ends_with("000") ? CIEAttrDescription::INT : CIEAttrDescription::REAL;
+}
+
+} // namespace
+
+bool CDXFImporter::Insert(const CString& strBlock, TToken& token)
+{
+    constexpr TBase kNoBase = {};
+    TEntity entity(*m_pReader, token);
+    TRun::TReference reference;
+    TRun::TCorner places[1];
+    bool bTurned = false, bArray = false;
+    const auto take = [&](const TToken& group) {
+        switch (group.m_nCode) {
+        case kBlockName:
+            reference.m_strName = m_pRun->m_Text.ToText(group.GetText());
+            break;
+        case kEastScale:
+            reference.m_dEastScale = m_pRun->Number(group, entity);
+            break;
+        case kNorthScale:
+            reference.m_dNorthScale = m_pRun->Number(group, entity);
+            break;
+        case kHeightScale:
+            reference.m_dHeightScale = m_pRun->Number(group, entity);
+            break;
+        case kAngle:
+            bTurned = group.m_Value.m_dValue != 0;
+            break;
+        case kColumns:
+        case kRows:
+            bArray = bArray || group.m_Value.m_nValue > 1;
+            break;
+        default:
+            m_pRun->TakeCorner(group, entity, places, kNoBase);
+        }
+    };
+    if (!m_pRun->ReadEntity(token, entity, TRun::NoWidths, take))
+        return false;
+    if (entity.m_bDropped)
+        return true;
+    CStringArray names, values;
+    TTypes types;
+    while (token.m_eToken == TToken::ATTRIB) {
+        if (!Attrib(token, names, values, types))
+            return false;
+    }
+    if (bTurned)
+        m_pRun->m_Tally.Count(CDXFTally::InsertAngle, entity.m_Place);
+    if (bArray)
+        m_pRun->m_Tally.Count(CDXFTally::InsertArray, entity.m_Place);
+    reference.m_Place = m_pRun->ToStation(places[0]);
+    if (entity.m_bRefused) {
+        m_pRun->Refuse(entity, "one of its numbers isn't finite");
+        return true;
+    }
+    const int nFirst = m_pRun->CountObjects();
+    if (!m_pRun->AddCopies(reference, entity, m_bInEntities ? CString() : strBlock))
+        return false;
+    const int nEnd = m_pRun->CountObjects();
+    if (nEnd > nFirst && !names.empty()) {
+        AddCodeToDataDictionary(names, types, values);
+        for (int i = nFirst; i < nEnd; ++i) {
+            if (!m_pRun->CountCopy(entity, reference.m_strName, 0, m_pRun->m_nTargetParts))
+                return false;
+            AddAttributesToIEObject(*m_pRun->m_pDataset->GetObjectAt(i), names, values);
+        }
+    }
+    return true;
+}
+
+/// Copies what the block holds at that moment and, should it be the block that the reference stands in, what it comes
+/// to hold by that. Within block `strBlock` the copies are part of it, else they are on the ground.
+bool CDXFImporter::TRun::AddCopies(const TReference& reference, const TEntity& entity, const CString& strBlock)
+{
+    const auto found = m_BlockObjects.find(reference.m_strName);
+    if (found == m_BlockObjects.end() || found->second.empty()) {
+        m_Tally.Count(CDXFTally::EmptyInsert, entity.m_Place);
+        return true;
+    }
+    const std::vector<int>& patterns = found->second; // which may grow
+    const CIELayer* const pLayer = FindLayer(entity);
+    std::size_t nRefused = 0;
+    for (std::size_t i = 0; i < patterns.size(); ++i) {
+        const CIEObject& pattern = *m_pDataset->GetObjectAt(patterns[i]);
+        if (CIEData::m_bStopProcess)
+            return EndBy(Stopped);
+        if (!HasMemory())
+            return EndBy(NoMemory);
+        if (!CountCopy(entity, reference.m_strName, 1, CountParts(pattern)))
+            return false;
+        auto pCopy = pattern.clone();
+        pCopy->ShiftCoords(reference.m_Place, reference.m_dNorthScale, reference.m_dEastScale,
+                           reference.m_dHeightScale);
+        if (!IsFinite(*pCopy)) {
+            ++nRefused;
+            continue;
+        }
+        pCopy->SetStateType(strBlock.empty() ? CIEObject::InDrawing : CIEObject::InBlock);
+        if (!strBlock.empty()) {
+            pCopy->SetName(strBlock);
+            EnterBlock(strBlock);
+        }
+        if (pLayer)
+            pCopy->SetLayer(pLayer);
+        m_pDataset->Add(std::move(pCopy));
+    }
+    if (nRefused > 0)
+        Refuse(entity, IEUtils::IntToString(static_cast<std::int64_t>(nRefused)) + " of its copies would lie nowhere");
+    return true;
+}
+
+/// One attribute, to the next group 0. One that is invisible isn't kept.
+bool CDXFImporter::Attrib(TToken& token, CStringArray& names, CStringArray& values, TTypes& types)
+{
+    TEntity entity(*m_pReader, token);
+    CString strTag, strValue;
+    const auto take = [&](const TToken& group) {
+        if (group.m_nCode == kTag)
+            strTag = m_pRun->m_Text.ToText(group.GetText());
+        else if (group.m_nCode == kValue)
+            strValue = m_pRun->m_Text.ToText(group.GetText());
+    };
+    if (!m_pRun->ReadEntity(token, entity, TRun::AllWidths, take))
+        return false;
+    if (entity.m_bDropped)
+        return true;
+    if (names.size() == kMostAttributes) {
+        m_pRun->m_Tally.Count(CDXFTally::Attribute, entity.m_Place);
+        return true;
+    }
+    CIEAttrDescription::EType eType = CIEAttrDescription::TEXT;
+    const std::size_t nColon = strTag.rfind(':');
+    if (nColon != CString::npos && nColon >= 1 && !strTag.starts_with(kCodeString)) {
+        eType = TypeOf(std::string_view(strTag).substr(nColon + 1));
+        strTag.resize(nColon);
+    }
+    names.push_back(std::move(strTag));
+    values.push_back(std::move(strValue));
+    types.push_back(eType);
+    return true;
+}
+
+/// Finds out where each value belongs, and adds what the dictionary lacks for that.
+void CDXFImporter::AddCodeToDataDictionary(const CStringArray& names, const TTypes& types, const CStringArray& values)
+{
+    std::vector<TRun::TTarget>& targets = m_pRun->m_Targets;
+    targets.clear();
+    m_pRun->m_nTargetParts = 0;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        targets.push_back(m_pRun->FindTarget(names[i], types[i], values[i]));
+        m_pRun->m_nTargetParts += targets.back().m_nAttribute + 1; // the values ahead of it are there too
+        if (!targets.back().m_pCode)
+            m_pRun->m_Tally.Count(CDXFTally::CodeName, *m_pReader);
+    }
+}
+
+CDXFImporter::TRun::TTarget CDXFImporter::TRun::FindTarget(std::string_view name, CIEAttrDescription::EType eType,
+                                                           const CString& strValue)
+{
+    std::string_view attribute = name, code = m_strFileCode;
+    if (const std::size_t nColon = name.find(':'); nColon != name.npos) {
+        attribute = name.substr(0, nColon);
+        code = name.substr(nColon + 1);
+    } else if (name.starts_with(kCodeName)) {
+        attribute = kCodeName;
+        code = strValue;
+    }
+    if (code.empty() || attribute.empty())
+        return {};
+    TTarget target;
+    target.m_pCode = m_Data.TakeCode(code);
+    target.m_bCodeString = attribute.starts_with(kCodeString);
+    if (attribute != kCodeName && attribute != kCodeString) {
+        const int nAttribute = TakeAttribute(*target.m_pCode, attribute, eType);
+        target.m_nAttribute = target.m_bCodeString ? -1 : nAttribute;
+    }
+    return target;
+}
+
+/// Index of the code's attribute of that name, which is added if it isn't there.
+int CDXFImporter::TRun::TakeAttribute(CIECodeDescription& code, std::string_view attribute,
+                                      CIEAttrDescription::EType eType)
+{
+    int nIndex = -1;
+    TByName<int>* pNames = nullptr;
+    if (code.GetSize() < kFewAttributes) {
+        nIndex = code.FindAttrDescription(attribute);
+    } else {
+        pNames = &m_ManyAttributes[&code];
+        if (pNames->empty()) {
+            for (int i = 0; i < code.GetSize(); ++i)
+                pNames->try_emplace(code.GetAttrDescriptionAt(i)->GetName(), i);
+        }
+        const auto found = pNames->find(attribute);
+        nIndex = found == pNames->end() ? -1 : found->second;
+    }
+    if (nIndex >= 0)
+        return nIndex;
+    code.AddAttrDescription(CIEAttrDescription(CString(attribute), eType));
+    if (pNames)
+        pNames->try_emplace(CString(attribute), code.GetSize() - 1);
+    return code.GetSize() - 1;
+}
+
+void CDXFImporter::AddAttributesToIEObject(CIEObject& object, const CStringArray& names, const CStringArray& values)
+{
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const TRun::TTarget& target = m_pRun->m_Targets[i];
+        if (!target.m_pCode)
+            continue;
+        int nCode = object.GetCodePos(target.m_pCode);
+        if (nCode < 0) {
+            nCode = object.GetNumberOfCodes();
+            object.AddCode(CIECodeValues(target.m_pCode));
+        }
+        CIECodeValues& code = *object.GetCode(nCode);
+        if (target.m_bCodeString)
+            code.AddCodeString(values[i]);
+        else if (target.m_nAttribute >= 0)
+            code.SetAttrAt(target.m_nAttribute, values[i]);
+    }
+}

@@ -1,0 +1,247 @@
+#include "formats/dxf/import/dxf_run.h"
+
+#include "vellumlib/utils.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// group codes that all entities share
+constexpr int kLineType = 6;
+constexpr int kLayer = 8;
+constexpr int kInvisible = 60;
+constexpr int kColor = 62;
+constexpr int kPaperSpace = 67;
+constexpr int kExtrusionX = 210;
+constexpr int kExtrusionY = 220;
+constexpr int kExtrusionZ = 230;
+constexpr int kLineWeight = 370;
+
+constexpr int kHighestColor = 255;
+constexpr int kGroupsBetweenChecks = 1000;
+/// So many stations or attribute values of a copy take as much memory as a further object.
+constexpr std::int64_t kPartsOfObject = 4;
+
+int ToWidth(double dWidth)
+{
+    constexpr double kMost = 1e9;
+    return static_cast<int>(std::clamp(dWidth * 10, 0.0, kMost));
+}
+
+} // namespace
+
+CDXFImporter::TRun::TRun(CDXFImporter& importer)
+    : m_Importer(importer),
+      m_Reader(*importer.m_pReader),
+      m_Data(*importer.m_pData),
+      m_pDataset(importer.m_pData->AddDataset(std::make_unique<CIEDataset>("Import dataset"))),
+      m_Text(m_Data.GetSettings().m_strCodePage),
+      m_bPlane(m_Data.GetJobInfo()->GetCSType() != TIEJobInfo::Geographic),
+      m_Units(m_Data.GetJobInfo()->GetDistUnits()),
+      m_strFileCode(m_Text.ToText(IEUtils::ExtractFileNameWithoutExtFromPathName(importer.m_strFileName)))
+{
+}
+
+bool CDXFImporter::TRun::EndBy(EEnd eEnd)
+{
+    m_eEnd = eEnd;
+    return false;
+}
+
+bool CDXFImporter::TRun::HasMemory()
+{
+    if (m_nSinceCheck++ < kGroupsBetweenChecks)
+        return true;
+    m_nSinceCheck = 0;
+    if (IIETransferObserver* const pObserver = m_Data.GetObserver())
+        pObserver->OnProgress(m_Reader.GetPosition(), m_Reader.GetLength());
+    return IEUtils::GetFreeVirtMemory() >= kLeastFreeMemory;
+}
+
+bool CDXFImporter::TRun::Next(TToken& token)
+{
+    if (CIEData::m_bStopProcess)
+        return EndBy(Stopped);
+    if (!HasMemory())
+        return EndBy(NoMemory);
+    token = m_Reader.ReadToken();
+    if (token.m_nCode != -1)
+        return true;
+    return EndBy(token.m_eToken == TToken::END_OF_FILE ? FileEnd : Broken);
+}
+
+bool CDXFImporter::TRun::TakeShared(const TToken& token, TEntity& entity, unsigned nWidths)
+{
+    const auto setWidth = [&entity](int nWidth) {
+        entity.m_nWidth = nWidth;
+        entity.m_bWidth = true;
+    };
+    switch (token.m_nCode) {
+    case kLayer:
+        entity.m_strLayer = token.GetText();
+        return true;
+    case kLineType:
+        entity.m_strLineType = token.GetText();
+        return true;
+    case kColor:
+        if (token.m_Value.m_nValue >= 1 && token.m_Value.m_nValue <= kHighestColor)
+            entity.m_nColor = token.m_Value.m_nValue;
+        return true;
+    case kInvisible:
+    case kPaperSpace:
+        entity.m_bDropped = token.m_Value.m_nValue == 1;
+        if (entity.m_bDropped)
+            m_Tally.Count(token.m_nCode == kInvisible ? CDXFTally::Invisible : CDXFTally::PaperSpace, m_Reader);
+        return true;
+    case kLineWeight:
+        if (!m_Reader.IsBinary() && token.m_Value.m_nValue > 0)
+            setWidth(m_Importer.m_AutoCADUtils.ConvertLineWeightFromMMtoPixels(m_Data.GetSettings().m_hWnd,
+                                                                               token.m_Value.m_nValue));
+        return true;
+    case kExtrusionX:
+    case kExtrusionY:
+    case kExtrusionZ:
+        if (!m_Reader.IsBinary() && token.m_Value.m_dValue != (token.m_nCode == kExtrusionZ ? 1.0 : 0.0))
+            entity.m_bExtruded = true;
+        return true;
+    case 40:
+    case 41:
+    case 43: {
+        const unsigned nWidth = token.m_nCode == 40 ? Width40 : token.m_nCode == 41 ? Width41 : Width43;
+        if ((nWidths & nWidth) == 0)
+            return false;
+        setWidth(ToWidth(token.m_Value.m_dValue));
+        return true;
+    }
+    default:
+        return false;
+    }
+}
+
+double CDXFImporter::TRun::Number(const TToken& token, TEntity& entity) const
+{
+    if (m_Reader.GetNumberState() == CDXFReader::ENumber::NotFinite)
+        entity.m_bRefused = true;
+    return token.m_Value.m_dValue;
+}
+
+double CDXFImporter::TRun::ToMeters(double dValue) const
+{
+    return m_Units == EDIST_UNITS::Meters ? dValue : IEUtils::ToMetersFactor(dValue, m_Units);
+}
+
+CIEStation CDXFImporter::TRun::ToStation(const TCorner& corner, bool bAlwaysMeters) const
+{
+    const auto toGround = [&](double dValue) { return m_bPlane || bAlwaysMeters ? ToMeters(dValue) : dValue; };
+    return {toGround(corner.m_Values[1]), toGround(corner.m_Values[0]), ToMeters(corner.m_Values[2])};
+}
+
+const CIELayer* CDXFImporter::TRun::FindLayer(const TEntity& entity)
+{
+    if (entity.m_strLayer.empty())
+        return nullptr;
+    const CIELayer* const pLayer =
+        m_Data.GetIEDrawDictionary()->FindLayer(m_Text.View(entity.m_strLayer, m_strScratch));
+    if (!pLayer && entity.m_strLayer != "0") // which every drawing has, described or not
+        m_Tally.Count(CDXFTally::NoLayer, entity.m_Place);
+    return pLayer;
+}
+
+std::unique_ptr<CIEDrawLineProperties> CDXFImporter::TRun::MakeLineProperties(const TEntity& entity) const
+{
+    const CIEAutoCADUtils& utils = m_Importer.m_AutoCADUtils;
+    auto pProperties = std::make_unique<CIEDrawLineProperties>();
+    if (entity.m_nColor > 0)
+        pProperties->SetColor(utils.Convert256ToRGB(entity.m_nColor));
+    if (!entity.m_strLineType.empty())
+        pProperties->SetDashStyle(utils.ConvertCustomLineTypeToPredefined(entity.m_strLineType));
+    if (entity.m_bWidth)
+        pProperties->SetWidth(entity.m_nWidth);
+    return pProperties;
+}
+
+void CDXFImporter::TRun::AddObject(std::unique_ptr<CIEObject> pObject, const TEntity& entity, const CString& strBlock,
+                                   std::unique_ptr<CIEDrawProperties> pProperties)
+{
+    if (!strBlock.empty()) {
+        pObject->SetName(strBlock);
+        pObject->SetStateType(CIEObject::InBlock);
+        EnterBlock(strBlock);
+    }
+    pObject->SetLayer(FindLayer(entity));
+    pObject->SetDrawProperties(std::move(pProperties));
+    m_pDataset->Add(std::move(pObject));
+}
+
+void CDXFImporter::TRun::RemoveLast(const CString& strBlock)
+{
+    if (!strBlock.empty())
+        m_BlockObjects[strBlock].pop_back();
+    m_pDataset->RemoveObject(CountObjects() - 1);
+}
+
+bool CDXFImporter::TRun::CountCopy(const TEntity& insert, const CString& strName, std::int64_t nObjects,
+                                   std::int64_t nParts)
+{
+    m_nCopies += nObjects + nParts / kPartsOfObject;
+    if (m_nCopies <= m_Data.GetSettings().m_nMostBlockCopies)
+        return true;
+    TIENote note;
+    note.m_eKind = TIENote::LeftOut;
+    note.m_pCode = "drawing.too-many-copies";
+    note.m_nLine = insert.m_Place.m_nLine;
+    note.m_nOffset = insert.m_Place.m_nOffset;
+    note.m_strRecord = strName;
+    note.m_strReason = "block references have made as many copies as the settings allow; nothing from here on was read";
+    Tell(std::move(note));
+    return EndBy(TooManyCopies);
+}
+
+void CDXFImporter::TRun::Tell(TIENote note) const
+{
+    note.m_strFile = m_Importer.m_strFileName;
+    m_Data.Note(note);
+}
+
+void CDXFImporter::TRun::Refuse(const TEntity& entity, CString strReason) const
+{
+    if (!m_Data.GetObserver())
+        return;
+    TIENote note;
+    note.m_eKind = TIENote::Refused;
+    note.m_pCode = "drawing.coordinates";
+    note.m_nLine = entity.m_Place.m_nLine;
+    note.m_nOffset = entity.m_Place.m_nOffset;
+    note.m_strRecord = entity.m_strKind;
+    note.m_strReason = std::move(strReason);
+    Tell(std::move(note));
+}
+
+void CDXFImporter::TRun::TellLosses(bool bSection) const
+{
+    const auto tell = [this](TIENote::EKind eKind, const char* pCode, CString strReason) {
+        TIENote note;
+        note.m_eKind = eKind;
+        note.m_pCode = pCode;
+        note.m_nLine = m_Reader.GetLineNumber();
+        note.m_nOffset = m_Reader.IsBinary() ? m_Reader.GetOffset() : -1;
+        note.m_strReason = std::move(strReason);
+        Tell(std::move(note));
+    };
+    if (!m_Data.GetObserver())
+        return;
+    m_Tally.Tell([this](const TIENote& note) { Tell(note); });
+    if (m_Text.GetMended() > 0)
+        tell(TIENote::Changed, "drawing.bad-characters",
+             "bytes or escapes without a meaning became U+FFFD in " + IEUtils::IntToString(m_Text.GetMended()) +
+                 " texts");
+    if (m_Reader.HasFailed())
+        tell(TIENote::Refused, "file.read-failed", "the rest of the file can't be read");
+    else if (m_Reader.IsForeignBinary())
+        tell(TIENote::Refused, "drawing.other-binary", "the binary form of this drawing is another one");
+    else if (!bSection)
+        tell(TIENote::Refused, "drawing.no-section", "the file has no section of a drawing");
+    else if (m_eEnd == FileEnd || m_eEnd == Broken)
+        tell(TIENote::Changed, "drawing.cut", "the file ends within a section, or is broken there");
+}

@@ -1,0 +1,159 @@
+// What one run of the importer of drawings works with. Private to the importer's own sources.
+#pragma once
+
+#include "formats/dxf/import/dxf_importer.h"
+#include "formats/dxf/import/dxf_reader.h"
+#include "formats/dxf/import/dxf_tally.h"
+#include "formats/dxf/import/dxf_text.h"
+
+/// What entities of all kinds can say of themselves.
+struct CDXFImporter::TEntity {
+    /// `token` is the one that began the entity.
+    TEntity(const CDXFReader& reader, const TToken& token)
+        : m_Place(CDXFTally::PlaceOf(reader)), m_strKind(token.GetText())
+    {
+    }
+
+    CDXFTally::TPlace m_Place;
+    CString m_strKind;
+    CString m_strLayer;    ///< as bytes
+    CString m_strLineType; ///< empty if it tells none
+    int m_nColor = 0;      ///< 1 to 255, 0 if it tells none
+    int m_nWidth = 0;
+    bool m_bWidth = false;   ///< it tells a width
+    bool m_bDropped = false; ///< invisible or in paper space
+    bool m_bExtruded = false;
+    bool m_bRefused = false; ///< a number that it can't do without isn't finite
+};
+
+struct CDXFImporter::TRun {
+    enum EEnd { Going, FileEnd, Broken, Stopped, NoMemory, TooManyCopies };
+    /// The group codes 40, 41 and 43, where they are widths.
+    enum EWidths : unsigned { NoWidths = 0, Width40 = 1, Width41 = 2, Width43 = 4, AllWidths = 7 };
+    struct TCorner {
+        double m_Values[3] = {}; ///< X, Y, Z in the drawing's units
+    };
+    /// A block reference.
+    struct TReference {
+        CString m_strName; ///< of the block
+        CIEStation m_Place;
+        double m_dNorthScale = 1.0;
+        double m_dEastScale = 1.0;
+        double m_dHeightScale = 1.0;
+    };
+    /// Where the value of an attribute belongs.
+    struct TTarget {
+        CIECodeDescription* m_pCode = nullptr; ///< null if it belongs nowhere
+        int m_nAttribute = -1;                 ///< index in the code's description, -1 for none
+        bool m_bCodeString = false;
+    };
+    struct THash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>{}(text); }
+    };
+    template <class TValue>
+    using TByName = std::unordered_map<CString, TValue, THash, std::equal_to<>>;
+
+    explicit TRun(CDXFImporter& importer);
+
+    // ---- groups
+
+    /// The next group. False at the end, whose reason is in m_eEnd: the host's stop, which comes first, and memory
+    /// are looked at here, so that every loop over groups ends by them.
+    bool Next(TToken& token);
+    bool EndBy(EEnd eEnd);
+    /// Also to be asked where objects are made without reading.
+    bool HasMemory();
+    /// Hands the entity's groups to `take`, but for those that all entities share. False if the file ended ahead of the
+    /// next entity, whose first group is left in `token` else.
+    template <class TTake>
+    bool ReadEntity(TToken& token, TEntity& entity, unsigned nWidths, TTake take);
+    bool TakeShared(const TToken& token, TEntity& entity, unsigned nWidths);
+    /// A number without which the entity is nothing.
+    double Number(const TToken& token, TEntity& entity) const;
+    /// Takes the group of a coordinate of one of the corners, 10, 20, 30 of the first, 11, 21, 31 of the second ...
+    template <std::size_t nCorners>
+    void TakeCorner(const TToken& token, TEntity& entity, TCorner (&corners)[nCorners], const TBase& base) const;
+
+    // ---- objects
+
+    [[nodiscard]] CIEStation ToStation(const TCorner& corner, bool bAlwaysMeters = false) const;
+    [[nodiscard]] double ToMeters(double dValue) const;
+    [[nodiscard]] const CIELayer* FindLayer(const TEntity& entity);
+    [[nodiscard]] std::unique_ptr<CIEDrawLineProperties> MakeLineProperties(const TEntity& entity) const;
+    /// Puts it behind the others. With a block's name it is part of that block.
+    void AddObject(std::unique_ptr<CIEObject> pObject, const TEntity& entity, const CString& strBlock,
+                   std::unique_ptr<CIEDrawProperties> pProperties);
+    /// Takes the object that was added last out again.
+    void RemoveLast(const CString& strBlock);
+    void EnterBlock(const CString& strBlock) { m_BlockObjects[strBlock].push_back(CountObjects()); }
+    [[nodiscard]] int CountObjects() const { return m_pDataset->GetNumberOfElements(-1, 2, false, false); }
+    /// Counts towards the copies that block references may make; `nParts` are stations and values of attributes. False
+    /// when there are enough.
+    bool CountCopy(const TEntity& insert, const CString& strName, std::int64_t nObjects, std::int64_t nParts);
+    bool AddCopies(const TReference& reference, const TEntity& entity, const CString& strBlock);
+
+    // ---- codes
+
+    TTarget FindTarget(std::string_view name, CIEAttrDescription::EType eType, const CString& strValue);
+    int TakeAttribute(CIECodeDescription& code, std::string_view attribute, CIEAttrDescription::EType eType);
+
+    // ---- notes
+
+    void Tell(TIENote note) const;
+    void Refuse(const TEntity& entity, CString strReason) const;
+    void TellLosses(bool bSection) const;
+
+    CDXFImporter& m_Importer;
+    CDXFReader& m_Reader;
+    CIEData& m_Data;
+    CIEDataset* m_pDataset;
+    CDXFText m_Text;
+    CDXFTally m_Tally;
+    EEnd m_eEnd = Going;
+    int m_nSinceCheck = 0; ///< groups since memory was looked at
+    bool m_bPlane;
+    EDIST_UNITS m_Units;
+
+    /// Places in the dataset of the objects of each block, in order.
+    TByName<std::vector<int>> m_BlockObjects;
+    std::int64_t m_nCopies = 0;
+    CString m_strFileCode;           ///< of attributes that name no code
+    std::vector<TTarget> m_Targets;  ///< of the reference that is being read
+    std::int64_t m_nTargetParts = 0; ///< values that its attributes add to each object
+    /// Attributes of codes that have too many to look through.
+    std::unordered_map<const CIECodeDescription*, TByName<int>> m_ManyAttributes;
+    CString m_strScratch;
+    bool m_bRefusedVertex = false; ///< of the polyline that is being read
+};
+
+template <class TTake>
+bool CDXFImporter::TRun::ReadEntity(TToken& token, TEntity& entity, unsigned nWidths, TTake take)
+{
+    while (Next(token)) {
+        if (token.m_nCode == 0) {
+            if (entity.m_bExtruded && !entity.m_bDropped)
+                m_Tally.Count(CDXFTally::Extrusion, entity.m_Place);
+            return true;
+        }
+        if (entity.m_bDropped)
+            continue;
+        if (m_Reader.GetNumberState() != CDXFReader::ENumber::Read)
+            m_Tally.Count(m_Reader.GetNumberState() == CDXFReader::ENumber::NoNumber ? CDXFTally::Number
+                                                                                     : CDXFTally::NotFinite,
+                          m_Reader);
+        if (!TakeShared(token, entity, nWidths))
+            take(token);
+    }
+    return false;
+}
+
+template <std::size_t nCorners>
+void CDXFImporter::TRun::TakeCorner(const TToken& token, TEntity& entity, TCorner (&corners)[nCorners],
+                                    const TBase& base) const
+{
+    const auto nAxis = static_cast<std::size_t>(token.m_nCode / 10 - 1);
+    const auto nCorner = static_cast<std::size_t>(token.m_nCode % 10);
+    if (nAxis < 3 && nCorner < nCorners)
+        corners[nCorner].m_Values[nAxis] = Number(token, entity) - base[nAxis];
+}

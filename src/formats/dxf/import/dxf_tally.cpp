@@ -1,0 +1,111 @@
+#include "formats/dxf/import/dxf_tally.h"
+
+#include "formats/dxf/import/dxf_reader.h"
+#include "vellumlib/utils.h"
+
+#include <algorithm>
+
+namespace {
+
+/// More kinds than any drawing has; the rest of them is counted as one.
+constexpr std::size_t kMostKinds = 200;
+constexpr std::string_view kOthers = "others";
+
+struct TLossWords {
+    TIENote::EKind m_eKind;
+    const char* m_pCode;
+    const char* m_pReason; ///< behind the number
+};
+constexpr TLossWords kWords[CDXFTally::kLosses] = {
+    {TIENote::LeftOut, "drawing.invisible", " things of the drawing are invisible and were left out"},
+    {TIENote::LeftOut, "drawing.paper-space", " things of the drawing are in paper space and were left out"},
+    {TIENote::Changed, "drawing.insert-angle", " block references have an angle; their copies aren't turned"},
+    {TIENote::LeftOut, "drawing.insert-array",
+     " block references have rows or columns; only one copy of each was made"},
+    {TIENote::LeftOut, "drawing.insert-empty",
+     " references are to a block of which nothing came in ahead of them; they and their attributes are lost"},
+    {TIENote::Changed, "drawing.nested-base",
+     " references within a block aren't told relative to that block's base point, which isn't 0"},
+    {TIENote::Changed, "drawing.bulge", " segments of polylines are arcs in the drawing and straight in the job"},
+    {TIENote::Changed, "drawing.extrusion",
+     " entities tell their coordinates in a plane of their own, and were taken as if it were level"},
+    {TIENote::Changed, "drawing.elevation", " lightweight polylines have an elevation, and height 0 in the job"},
+    {TIENote::Changed, "drawing.mesh", " polylines are meshes or curves; the job has lines through their vertices"},
+    {TIENote::LeftOut, "drawing.fourth-corner", " faces have four corners; the job has a triangle of the first three"},
+    {TIENote::Changed, "drawing.no-vertex", " polylines have no vertex"},
+    {TIENote::LeftOut, "drawing.no-layer", " objects are on layers that the drawing doesn't describe, and have none"},
+    {TIENote::Changed, "drawing.word", " values that are words of the form began an entity"},
+    {TIENote::Changed, "drawing.number", " values aren't numbers and were read as 0"},
+    {TIENote::Changed, "drawing.not-finite",
+     " values aren't finite; they were read as 0 where the object could do without them"},
+    {TIENote::Changed, "drawing.code-page", " names of code pages aren't known; the one of the settings was taken"},
+    {TIENote::LeftOut, "drawing.code-name", " attributes are of a code without a name, or have no name themselves"},
+    {TIENote::LeftOut, "drawing.attributes", " attributes are beyond the most that a block reference can have"},
+};
+
+TIENote MakeNote(TIENote::EKind eKind, const char* pCode, const CDXFTally::TPlace& place, CString strReason)
+{
+    TIENote note;
+    note.m_eKind = eKind;
+    note.m_pCode = pCode;
+    note.m_nLine = place.m_nLine;
+    note.m_nOffset = place.m_nOffset;
+    note.m_strReason = std::move(strReason);
+    return note;
+}
+
+} // namespace
+
+CDXFTally::TPlace CDXFTally::PlaceOf(const CDXFReader& reader)
+{
+    return {reader.GetLineNumber(), reader.IsBinary() ? reader.GetOffset() : -1};
+}
+
+void CDXFTally::Count(ELoss eLoss, const CDXFReader& reader)
+{
+    Count(eLoss, PlaceOf(reader));
+}
+
+void CDXFTally::Count(ELoss eLoss, const TPlace& place)
+{
+    TCount& count = m_Losses[static_cast<std::size_t>(eLoss)];
+    if (count.m_nCount++ == 0)
+        count.m_First = place;
+}
+
+void CDXFTally::CountByName(TCounts& counts, std::string_view name, const CDXFReader& reader)
+{
+    auto found = counts.find(name);
+    if (found == counts.end())
+        found = counts.try_emplace(CString(counts.size() < kMostKinds ? name : kOthers)).first;
+    if (found->second.m_nCount++ == 0)
+        found->second.m_First = PlaceOf(reader);
+}
+
+void CDXFTally::TellByName(const TCounts& counts, const char* pCode, const char* pWhat, const TTell& tell)
+{
+    std::vector<const TCounts::value_type*> inOrder;
+    for (const auto& count : counts)
+        inOrder.push_back(&count);
+    std::sort(inOrder.begin(), inOrder.end(), [](const auto* pLeft, const auto* pRight) {
+        const TPlace &left = pLeft->second.m_First, &right = pRight->second.m_First;
+        return std::pair(left.m_nLine, left.m_nOffset) < std::pair(right.m_nLine, right.m_nOffset);
+    });
+    for (const auto* const pCount : inOrder) {
+        TIENote note = MakeNote(TIENote::LeftOut, pCode, pCount->second.m_First,
+                                IEUtils::IntToString(pCount->second.m_nCount) + " " + pCount->first + pWhat);
+        note.m_strRecord = pCount->first;
+        tell(note);
+    }
+}
+
+void CDXFTally::Tell(const TTell& tell) const
+{
+    TellByName(m_Entities, "drawing.entity", " entities were left out", tell);
+    TellByName(m_Sections, "drawing.section", " sections were left out", tell);
+    for (std::size_t i = 0; i < m_Losses.size(); ++i) {
+        if (m_Losses[i].m_nCount > 0)
+            tell(MakeNote(kWords[i].m_eKind, kWords[i].m_pCode, m_Losses[i].m_First,
+                          IEUtils::IntToString(m_Losses[i].m_nCount) + kWords[i].m_pReason));
+    }
+}

@@ -1,0 +1,73 @@
+// What of a drawing didn't come in whole, counted by kind, because a drawing has many things of few kinds.
+#pragma once
+
+#include "vellumlib/observer.h"
+
+#include <array>
+#include <functional>
+#include <string_view>
+#include <unordered_map>
+
+class CDXFReader;
+
+/// Counts, remembers where each kind was met first, and tells it all at the end.
+class CDXFTally {
+public:
+    enum ELoss : int {
+        Invisible,
+        PaperSpace,
+        InsertAngle,
+        InsertArray,
+        EmptyInsert,
+        NestedBase,
+        Bulge,
+        Extrusion,
+        Elevation,
+        Mesh,
+        FourthCorner,
+        NoVertex,
+        NoLayer,
+        Word,
+        Number,
+        NotFinite,
+        CodePage,
+        CodeName,
+        Attribute,
+        kLosses
+    };
+    /// Where something stands: a line, or in binary form a byte.
+    struct TPlace {
+        std::int64_t m_nLine = 0;
+        std::int64_t m_nOffset = -1;
+    };
+    static TPlace PlaceOf(const CDXFReader& reader);
+
+    /// At the reader's last token, or at another place.
+    void Count(ELoss eLoss, const CDXFReader& reader);
+    void Count(ELoss eLoss, const TPlace& place);
+    /// An entity that the job has nothing for, and a section.
+    void CountEntity(std::string_view kind, const CDXFReader& reader) { CountByName(m_Entities, kind, reader); }
+    void CountSection(std::string_view name, const CDXFReader& reader) { CountByName(m_Sections, name, reader); }
+
+    using TTell = std::function<void(const TIENote& note)>;
+    /// A note for each kind, with its number. The file's name is for the caller to fill in.
+    void Tell(const TTell& tell) const;
+
+private:
+    struct TCount {
+        std::int64_t m_nCount = 0;
+        TPlace m_First;
+    };
+    struct THash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>{}(text); }
+    };
+    using TCounts = std::unordered_map<CString, TCount, THash, std::equal_to<>>;
+
+    static void CountByName(TCounts& counts, std::string_view name, const CDXFReader& reader);
+    static void TellByName(const TCounts& counts, const char* pCode, const char* pWhat, const TTell& tell);
+
+    std::array<TCount, kLosses> m_Losses;
+    TCounts m_Entities;
+    TCounts m_Sections;
+};
