@@ -143,6 +143,8 @@ public:
     void ShiftCoords(const CIEStation& shift, double dNorthScale, double dEastScale, double dHeightScale) override;
 
     void AddStation(CIEStation station) { m_Stations.push_back(std::move(station)); }
+    /// Makes room for so many stations, which saves moving them while they come.
+    void ReserveStations(int nCount) { m_Stations.reserve(static_cast<std::size_t>(nCount)); }
     /// True with more than one station and the first equal to the last.
     [[nodiscard]] bool IsClosed() const;
 

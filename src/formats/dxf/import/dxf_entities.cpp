@@ -1,5 +1,6 @@
 #include "formats/dxf/import/dxf_run.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -15,10 +16,14 @@ constexpr int kBulge = 42;
 constexpr int kStartAngle = 50;
 constexpr int kEndAngle = 51;
 constexpr int kFlags = 70;
+constexpr int kCount = 90; ///< of vertices
 
 constexpr int kClosed = 1;                     ///< bit of the flags of a polyline
 constexpr int kCurvesOrMesh = 2 | 4 | 16 | 64; ///< fitted curves, meshes and networks of faces
 constexpr int kBlockHeaderGroups = 4;          ///< the name and the base point
+
+constexpr int kUsualVertices = 4;  ///< room that a new polyline gets
+constexpr int kMostReserved = 256; ///< whatever a drawing says of the number of its vertices
 
 constexpr const char* kNotFinite = "one of its numbers isn't finite";
 
@@ -152,6 +157,7 @@ bool CDXFImporter::Line(const CString& strBlock, const TBase& base, TToken& toke
     if (entity.m_bDropped)
         return true;
     auto pLine = std::make_unique<CIEPolyLine>();
+    pLine->ReserveStations(2);
     for (const TRun::TCorner& place : places) {
         CIEStation station = m_pRun->ToStation(place);
         entity.m_bRefused = entity.m_bRefused || !IsFinite(station);
@@ -211,6 +217,7 @@ bool CDXFImporter::Polyline(const CString& strBlock, const TBase& base, TToken& 
         m_pRun->m_Tally.Count(CDXFTally::Mesh, entity.m_Place);
     auto pNew = MakeLine((nFlags & kClosed) != 0);
     CIEPolyLine* const pLine = pNew.get();
+    pLine->ReserveStations(kUsualVertices);
     m_pRun->AddObject(std::move(pNew), entity, strBlock, m_pRun->MakeLineProperties(entity));
     m_pRun->m_bRefusedVertex = false;
     while (token.m_eToken == TToken::VERTEX) {
@@ -255,6 +262,7 @@ bool CDXFImporter::LWPolyline(const CString& strBlock, const TBase& base, TToken
     std::unique_ptr<CIEPolyLine> pLine;
     TRun::TCorner place;
     bool bClosed = false, bElevated = false;
+    int nCount = 0;
     const auto take = [&](const TToken& group) {
         switch (group.m_nCode) {
         case kFlags:
@@ -265,13 +273,18 @@ bool CDXFImporter::LWPolyline(const CString& strBlock, const TBase& base, TToken
             break;
         case kFirstY: {
             place.m_Values[1] = m_pRun->Number(group, entity) - base[1];
-            if (!pLine)
+            if (!pLine) {
                 pLine = MakeLine(bClosed);
+                pLine->ReserveStations(std::clamp(nCount, kUsualVertices, kMostReserved));
+            }
             CIEStation station = m_pRun->ToStation(place);
             entity.m_bRefused = entity.m_bRefused || !IsFinite(station);
             pLine->AddStation(std::move(station));
             break;
         }
+        case kCount:
+            nCount = group.m_Value.m_nValue; // only a hint
+            break;
         case kElevation:
             bElevated = group.m_Value.m_dValue != 0;
             break;

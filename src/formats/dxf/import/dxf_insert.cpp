@@ -137,10 +137,10 @@ bool CDXFImporter::TRun::AddCopies(const TReference& reference, const TEntity& e
     std::size_t nRefused = 0;
     for (std::size_t i = 0; i < patterns.size(); ++i) {
         const CIEObject& pattern = *m_pDataset->GetObjectAt(patterns[i]);
-        if (CIEData::m_bStopProcess)
-            return EndBy(Stopped);
         if (!HasMemory())
             return EndBy(NoMemory);
+        if (CIEData::m_bStopProcess)
+            return EndBy(Stopped);
         if (!CountCopy(entity, reference.m_strName, 1, CountParts(pattern)))
             return false;
         auto pCopy = pattern.clone();

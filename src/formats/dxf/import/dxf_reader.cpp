@@ -94,6 +94,7 @@ bool IsNumberWord(std::string_view text)
 /// The file and the part of its bytes at hand, which all copies of a reader share.
 struct CDXFReader::TFile {
     CIEFileReader m_Reader;
+    bool m_bOpen = true;
     const char* m_pAt = nullptr; ///< the next byte
     const char* m_pEnd = nullptr;
     std::uint64_t m_nEndOffset = 0; ///< of m_pEnd in the file
@@ -144,8 +145,8 @@ bool CDXFReader::Open(const std::string& strName)
 bool CDXFReader::Close()
 {
     if (m_pFile) {
-        m_pFile->GoTo(m_pFile->Position());
         m_pFile->m_Reader.Close();
+        m_pFile->m_bOpen = false;
     }
     m_pFile.reset();
     m_bBinary = m_bForeignBinary = false;
@@ -155,14 +156,16 @@ bool CDXFReader::Close()
 TToken CDXFReader::ReadToken()
 {
     m_eNumber = ENumber::Read;
-    if (!m_pFile || !m_pFile->m_Reader.IsOpen())
+    if (!m_pFile || !m_pFile->m_bOpen)
         return {};
     m_pFile->m_nTokenOffset = m_pFile->Position();
     return m_bBinary ? ReadBinaryToken() : ReadTextToken();
 }
 
+/// What is left isn't enough for a group.
 TToken CDXFReader::EndToken()
 {
+    m_pFile->m_pAt = m_pFile->m_pEnd;
     TToken token;
     token.m_eToken = TToken::END_OF_FILE;
     return token;

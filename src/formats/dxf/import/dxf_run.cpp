@@ -61,10 +61,10 @@ bool CDXFImporter::TRun::HasMemory()
 
 bool CDXFImporter::TRun::Next(TToken& token)
 {
-    if (CIEData::m_bStopProcess)
-        return EndBy(Stopped);
     if (!HasMemory())
         return EndBy(NoMemory);
+    if (CIEData::m_bStopProcess)
+        return EndBy(Stopped);
     token = m_Reader.ReadToken();
     if (token.m_nCode != -1)
         return true;

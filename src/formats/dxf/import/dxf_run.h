@@ -58,8 +58,8 @@ struct CDXFImporter::TRun {
 
     // ---- groups
 
-    /// The next group. False at the end, whose reason is in m_eEnd: the host's stop, which comes first, and memory
-    /// are looked at here, so that every loop over groups ends by them.
+    /// The next group. False at the end, whose reason is in m_eEnd: memory and the host's stop are looked at here, so
+    /// that every loop over groups ends by them.
     bool Next(TToken& token);
     bool EndBy(EEnd eEnd);
     /// Also to be asked where objects are made without reading.
