@@ -57,7 +57,7 @@ inline bool HidesAStop(const TIEFormatRow& row)
 {
     constexpr const char* kFamilies[] = {"sima",         "comma-",       "five-lines",
                                          "framed-comma", "columns-code", "columns-control",
-                                         "columns-note", "columns-05",   "block-"};
+                                         "columns-note", "columns-05",   "block-",       "dxf"};
     return std::any_of(std::begin(kFamilies), std::end(kFamilies),
                        [&](const char* pStart) { return CString(row.m_pKey).starts_with(pStart); });
 }

@@ -47,7 +47,8 @@ TEST_F(CorpusDrawings, EveryTextDrawingComesIn)
     for (const CString& strFile : Files("dxf")) {
         CIEData job;
         EXPECT_EQ(ImportFile(job, strFile), IE_OK) << strFile;
-        EXPECT_EQ(m_Ledger.GetCount("drawing.cut"), 0) << strFile;
+        // one of them ends within its entities
+        EXPECT_EQ(m_Ledger.GetCount("drawing.cut"), strFile.ends_with("gdal-header_extended.dxf") ? 1 : 0) << strFile;
         nObjects += job.GetNumberOfObjectsInAllDatasets();
         nLayers += job.GetIEDrawDictionary()->GetNumberOfLayers();
         if (const CIESurface* const pSurface = job.GetDatasetAt(0)->GetSurfaceAt(0))

@@ -56,12 +56,16 @@ TEST_F(HostileDrawingsTest, EveryByteMayBeAnother)
     }
 }
 
+/// Drawings hold texts of thousands of bytes; the groups behind them are read as ever.
 TEST_F(HostileDrawingsTest, ValuesThatAreTooLong)
 {
-    // the 45 bytes that are left count as a code, and the value behind them is a code's value
-    const CString strLong(300, '1');
-    const CString text = "0\nSECTION\n2\nENTITIES\n0\nPOINT\n8\n" + strLong + "\n0\n10\n5\n0\nENDSEC\n0\nEOF\n";
-    EXPECT_EQ(Read(text), "point  0 5 0\n");
+    for (const std::size_t nLength : {256U, 300U, 5'000'000U}) {
+        const CString strLong(nLength, 'x');
+        EXPECT_EQ(
+            Read(ToText(Make("0 MTEXT|1 " + strLong + "|0 POINT|8 " + strLong + "|10 5|40" + strLong + " 3|20 1"))),
+            "point  1 5 0\n");
+        EXPECT_EQ(m_Ledger.GetCount("drawing.long-value"), 1) << "those of what is left out don't count";
+    }
 }
 
 /// Ten blocks, each with ten references to the one ahead of it.

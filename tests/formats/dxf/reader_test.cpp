@@ -145,6 +145,27 @@ TEST_F(DxfReaderTest, TheRestOfALongLineIsTheNextLine)
     EXPECT_EQ(Read(CString(256, '1') + "\nx\n"), "2147483647'1' ") << "a code is read in pieces too";
 }
 
+TEST_F(DxfReaderTest, TheRestOfALongLineMayBePassedOver)
+{
+    // with the line's end wherever it may lie among the bytes that are at hand
+    for (const std::size_t nLength :
+         {256U, 4000U, (1U << 20U) - 12U, (1U << 20U) - 11U, (1U << 20U) - 10U, 3U << 20U}) {
+        WriteFile(m_strFile,
+                  "0\r\nLINE\r\n1\r\n" + CString(nLength, 'a') + "\r\n" + CString(300, '8') + "\r\nx\r\n8\r\ny");
+        CDXFReader reader;
+        ASSERT_TRUE(reader.Open(m_strFile));
+        reader.PassOverLongLines();
+        EXPECT_EQ(reader.ReadToken().m_eToken, TToken::LINE);
+        EXPECT_FALSE(reader.WasCut());
+        EXPECT_EQ(reader.ReadToken().GetText(), CString(255, 'A'));
+        EXPECT_TRUE(reader.WasCut());
+        EXPECT_EQ(reader.ReadToken().GetText(), "X") << nLength;
+        EXPECT_EQ(reader.ReadToken().GetText(), "Y") << nLength;
+        EXPECT_EQ(reader.GetLineNumber(), 7);
+        EXPECT_EQ(reader.ReadToken().m_eToken, TToken::END_OF_FILE);
+    }
+}
+
 TEST_F(DxfReaderTest, BinaryForm)
 {
     const CString strGroups = "0 Section|2 x|10 1.5|59 -2.25|60 7|78 -8|79 |100 |370 |1000 |9 ";

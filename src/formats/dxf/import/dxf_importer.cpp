@@ -28,6 +28,7 @@ EIEResult CDXFImporter::Import()
         m_pReader.reset();
         return IE_CANNOT_OPEN_FILE;
     }
+    m_pReader->PassOverLongLines();
     m_pRun = std::make_unique<TRun>(*this);
     bool bSection = false;
     while (ReadSections(bSection)) {

@@ -156,6 +156,7 @@ bool CDXFReader::Close()
 TToken CDXFReader::ReadToken()
 {
     m_eNumber = ENumber::Read;
+    m_bCut = false;
     if (!m_pFile || !m_pFile->m_bOpen)
         return {};
     m_pFile->m_nTokenOffset = m_pFile->Position();
@@ -195,40 +196,68 @@ bool CDXFReader::TakeLine(std::string_view& line)
     if (p != file.m_pEnd && (*p == '\n' || *p == '\r')) {
         p += *p == '\r' && p + 1 != file.m_pEnd && p[1] == '\n' ? 2 : 1;
         ++file.m_nLinesRead;
+    } else if (p != file.m_pEnd) {
+        m_bCut = true;
     }
     file.m_pAt = p;
     return true;
+}
+
+/// To the end of a line of which a piece was taken.
+void CDXFReader::PassOverRest()
+{
+    TFile& file = *m_pFile;
+    while (NeedBytes(1)) {
+        const char* const p = std::find_if(file.m_pAt, file.m_pEnd, [](char c) { return c == '\n' || c == '\r'; });
+        const bool bEnd = p != file.m_pEnd;
+        file.m_pAt = p;
+        if (!bEnd)
+            continue;
+        std::string_view end;
+        NeedBytes(2); // a CR may be the last byte at hand, with its LF behind
+        TakeLine(end);
+        return;
+    }
 }
 
 TToken CDXFReader::ReadTextToken()
 {
     NeedBytes(kLongestGroup);
     m_pFile->m_nTokenLine = m_pFile->m_nLinesRead + 1;
-    std::string_view code, value;
-    if (!TakeLine(code) || !TakeLine(value))
-        return EndToken();
+    std::string_view line;
     TToken token;
-    token.m_nCode = ReadInt(code);
+    if (!TakeLine(line))
+        return EndToken();
+    token.m_nCode = ReadInt(line);
+    if (m_bCut && m_bPassOver) {
+        PassOverRest();
+        NeedBytes(kLongestGroup);
+        m_bCut = false;
+    }
+    if (!TakeLine(line))
+        return EndToken();
     m_eNumber = ENumber::Read; // a code may be any text
     if (token.m_nCode < 0)
         token.m_nCode =
             token.m_nCode == std::numeric_limits<std::int32_t>::min() ? -(token.m_nCode + 1) : -token.m_nCode;
     switch (ValueOf(token.m_nCode)) {
     case EValue::Word:
-        SetText(token, value, true);
+        SetText(token, line, true);
         break;
     case EValue::Text:
-        SetText(token, value, false);
+        SetText(token, line, false);
         break;
     case EValue::Double:
-        token.m_Value.m_dValue = ReadNumber(value);
+        token.m_Value.m_dValue = ReadNumber(line);
         break;
     case EValue::Int:
-        token.m_Value.m_nValue = ReadInt(value);
+        token.m_Value.m_nValue = ReadInt(line);
         break;
     case EValue::None:
         break;
     }
+    if (m_bCut && m_bPassOver)
+        PassOverRest();
     return token;
 }
 

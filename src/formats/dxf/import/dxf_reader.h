@@ -14,8 +14,9 @@
 /// entities.
 ///
 /// In text form a group is two lines, each ended by CR LF, LF or CR. A line of more than 255 bytes is read in pieces,
-/// and what is left of it counts as the next line. In binary form a group is a code of four bytes and a value: text
-/// ended by a zero for the codes 0 to 9, eight bytes for 10 to 59, four for 60 to 78, none for all others.
+/// and what is left of it counts as the next line, unless PassOverLongLines was called. In binary form a group is a
+/// code of four bytes and a value: text ended by a zero for the codes 0 to 9, eight bytes for 10 to 59, four for 60 to
+/// 78, none for all others.
 ///
 /// A text comes in upper case (ASCII letters alone), but for the codes 310 to 369. Nothing that isn't a number is told:
 /// it reads as 0. A copy reads on in the same file, whose place both share; whichever closes it, closes it for both.
@@ -41,6 +42,11 @@ public:
     [[nodiscard]] std::int64_t GetLineNumber() const;
     /// Byte at which the last token begins.
     [[nodiscard]] std::int64_t GetOffset() const;
+    /// From now on the rest of a line of more than 255 bytes is passed over, so that the groups behind it keep their
+    /// codes.
+    void PassOverLongLines() { m_bPassOver = true; }
+    /// Whether that happened to the last token's value.
+    [[nodiscard]] bool WasCut() const { return m_bCut && m_bPassOver; }
     /// How much is read of how many bytes.
     [[nodiscard]] std::int64_t GetPosition() const;
     [[nodiscard]] std::int64_t GetLength() const;
@@ -58,6 +64,7 @@ private:
 
     bool NeedBytes(std::size_t nCount);
     bool TakeLine(std::string_view& line);
+    void PassOverRest();
     TToken ReadTextToken();
     TToken ReadBinaryToken();
     TToken EndToken();
@@ -71,6 +78,8 @@ private:
 
     bool m_bBinary = false;
     bool m_bForeignBinary = false;
+    bool m_bPassOver = false;
+    bool m_bCut = false;            ///< a line of the last token was longer than the buffer
     std::shared_ptr<TFile> m_pFile; ///< null while none is open
     char m_szBuffer[kBufferSize] = {};
     ENumber m_eNumber = ENumber::Read;

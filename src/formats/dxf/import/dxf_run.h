@@ -142,6 +142,8 @@ bool CDXFImporter::TRun::ReadEntity(TToken& token, TEntity& entity, unsigned nWi
             m_Tally.Count(m_Reader.GetNumberState() == CDXFReader::ENumber::NoNumber ? CDXFTally::Number
                                                                                      : CDXFTally::NotFinite,
                           m_Reader);
+        if (m_Reader.WasCut())
+            m_Tally.Count(CDXFTally::LongValue, m_Reader);
         if (!TakeShared(token, entity, nWidths))
             take(token);
     }

@@ -38,6 +38,7 @@ constexpr TLossWords kWords[CDXFTally::kLosses] = {
     {TIENote::Changed, "drawing.number", " values aren't numbers and were read as 0"},
     {TIENote::Changed, "drawing.not-finite",
      " values aren't finite; they were read as 0 where the object could do without them"},
+    {TIENote::Changed, "drawing.long-value", " values have more than 255 bytes; their first 255 were read"},
     {TIENote::Changed, "drawing.code-page", " names of code pages aren't known; the one of the settings was taken"},
     {TIENote::LeftOut, "drawing.code-name", " attributes are of a code without a name, or have no name themselves"},
     {TIENote::LeftOut, "drawing.attributes", " attributes are beyond the most that a block reference can have"},

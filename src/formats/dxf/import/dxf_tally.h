@@ -30,6 +30,7 @@ public:
         Word,
         Number,
         NotFinite,
+        LongValue,
         CodePage,
         CodeName,
         Attribute,

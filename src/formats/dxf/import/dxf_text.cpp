@@ -105,7 +105,7 @@ bool CDXFText::SetCodePage(std::string_view name)
         return name.starts_with(page.m_InDrawing);
     });
     if (pName == std::end(kPageNames))
-        return false;
+        return name == "ASCII" || name == "US-ASCII"; // and so no page is told
     const CString strName = CString(pName->m_Ours) + CString(name.substr(pName->m_InDrawing.size()));
     auto pPage = std::make_unique<CIECodePage>(strName);
     if (pPage->GetName() != strName)
