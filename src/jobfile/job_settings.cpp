@@ -134,6 +134,17 @@ bool ReadHistoryOptions(CIEJobReading& in, const CIEJsonValue& value, TIESetting
     return true;
 }
 
+bool ReadMostBlockCopies(CIEJobReading& in, const CIEJsonValue& value, TIESettings& settings)
+{
+    int nCopies = 0;
+    if (!in.Read(value, nCopies))
+        return false;
+    if (nCopies < 0)
+        return in.Fail(value, "A number of at least 0 is wanted here.");
+    settings.m_nMostBlockCopies = nCopies;
+    return true;
+}
+
 /// Decimals of coordinates; -1 leaves their number to the form.
 template <int TIESettings::*pMember>
 bool ReadDecimals(CIEJobReading& in, const CIEJsonValue& value, TIESettings& settings)
@@ -183,6 +194,7 @@ constexpr TIEJobField<TIESettings> kSettingsFields[] = {
     {"asciiFormat", WriteAsciiFormat, ReadAsciiFormat},
     {"historyOptions", Value<TIESettings, &TIESettings::m_cHistoryOptions>("").m_pWrite, ReadHistoryOptions},
     {"dataTypes", WriteDataTypes, ReadDataTypes},
+    {"mostBlockCopies", Value<TIESettings, &TIESettings::m_nMostBlockCopies>("").m_pWrite, ReadMostBlockCopies},
     Encoding<&TIESettings::m_strCodePage>("codePage"),
     Encoding<&TIESettings::m_strWriteEncoding>("writeEncoding"),
 };
