@@ -1,5 +1,6 @@
 #include "formats/dxf/formats.h"
 
+#include "formats/dxf/export/dxf_exporter.h"
 #include "formats/dxf/import/dxf_importer.h"
 #include "frame/file_head.h"
 
@@ -22,6 +23,11 @@ EIERecognition Recognize(std::string_view head)
     return group.m_nCode == 0 && group.m_strValue == "SECTION" ? EIERecognition::Surely : EIERecognition::No;
 }
 
+std::unique_ptr<CIEExporter> MakeExporter(CIEData* pData, const CString& strFileName, int /*nCode*/)
+{
+    return std::make_unique<CDXFExporter>(pData, strFileName);
+}
+
 std::unique_ptr<CIEImporter> MakeImporter(CIEData* pData, const CString& strFileName, int /*nCode*/)
 {
     return std::make_unique<CDXFImporter>(pData, strFileName);
@@ -32,8 +38,9 @@ constexpr TIEFormatRow kRows[] = {
     {kIn,  4, "dxf", "DXF drawing", "dxf dxb", kDrawing,
      "X is east, Y is north. Points, lines, polylines, arcs, 3D faces and layers; attributes of block references become codes.",
      MakeImporter, nullptr, Recognize},
-    {kOut, 4, "dxf", "DXF drawing", "dxf dxb", kDrawing,
-     "X is east, Y is north; 6 decimals in the job's units. Objects with codes become blocks with attributes."},
+    {kOut, 4, "dxf", "DXF drawing", "dxf dxb", kDxfWriteCarries,
+     "X is east, Y is north; 6 decimals in the job's units. Objects with codes become blocks with attributes.",
+     nullptr, MakeExporter},
 };
 // clang-format on
 
