@@ -61,10 +61,10 @@ bool CCoreDXFExporter::GenerateAttrib(const CIEObject& object)
 bool CCoreDXFExporter::ForAllAttributes(const CIEObject& object, const CIEStation& station, bool bAttDef)
 {
     const bool bWithCode = m_pData->GetSettings().m_bSingleFile;
-    const CString& strLayer = LayerOf(object);
+    const std::string_view layer = LayerOf(object);
     bool bWritten = true;
     const auto write = [&](const TDXFAttribute& attribute) {
-        bWritten = bWritten && WriteAttribute(attribute, station, strLayer, bAttDef);
+        bWritten = bWritten && WriteAttribute(attribute, station, layer, bAttDef);
     };
     for (int i = 0; const CIECodeValues* const pCode = object.GetCode(i); ++i) {
         const CIECodeDescription& description = *pCode->GetDescription();

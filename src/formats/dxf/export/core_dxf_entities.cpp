@@ -23,10 +23,14 @@ const CIEDrawProperties* PropertiesOf(const CIEObject& object)
 
 } // namespace
 
-const CString& CCoreDXFExporter::LayerOf(const CIEObject& object) const
+std::string_view CCoreDXFExporter::LayerOf(const CIEObject& object) const
 {
-    const CIELayer* const pLayer = object.GetLayer();
-    return pLayer && !pLayer->GetName().empty() ? pLayer->GetName() : m_strDefaultLayer;
+    return object.GetLayer() ? LayerName(object.GetLayer()) : std::string_view(m_strDefaultLayer);
+}
+
+std::string_view CCoreDXFExporter::LayerName(const CIELayer* pLayer)
+{
+    return !pLayer || pLayer->GetName().empty() ? "0" : std::string_view(pLayer->GetName());
 }
 
 bool CCoreDXFExporter::WritePlace(int nGroup, double dNorth, double dEast, double dHeight)

@@ -92,7 +92,9 @@ private:
     bool WriteVertex(const CIEObject& object, const CIEStation& station);
     bool WriteAttribute(const TDXFAttribute& attribute, const CIEStation& station, std::string_view layer,
                         bool bAttDef);
-    [[nodiscard]] const CString& LayerOf(const CIEObject& object) const;
+    [[nodiscard]] std::string_view LayerOf(const CIEObject& object) const;
+    /// "0", which every drawing has, for a layer without a name, and without a layer.
+    [[nodiscard]] static std::string_view LayerName(const CIELayer* pLayer);
     int GetColorIndex(TIEColor color);
     void BeginNotes();
 

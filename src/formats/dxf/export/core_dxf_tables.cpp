@@ -63,12 +63,6 @@ bool WriteExtent(TDXFOutput& out, const char* pVariable, const CIEStation& borde
            out.WriteDouble(20, border.m_dNorth) && out.WriteDouble(30, border.GetHeight());
 }
 
-/// "0" is the layer that every drawing has.
-std::string_view LayerName(const CIELayer* pLayer)
-{
-    return !pLayer || pLayer->GetName().empty() ? "0" : std::string_view(pLayer->GetName());
-}
-
 } // namespace
 
 bool CCoreDXFExporter::GenerateHeader(const CHeaderInfo* pHeader)

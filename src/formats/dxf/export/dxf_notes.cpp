@@ -150,7 +150,7 @@ void CDXFNotes::LookThrough(const CIEDataset& dataset)
         Add(TIENote::LeftOut, "job.name", {},
             "a name is a text beside its object, and the object is read back without it");
     if (bAttributes && !m_Job.GetSettings().m_bSingleFile)
-        Add(TIENote::Changed, "job.attributes", {},
+        Add(TIENote::Changed, "job.attribute-codes", {},
             "in a file for each dataset attributes go out without the names of their codes, and are read back as ones "
             "of a code named after the file");
 }
