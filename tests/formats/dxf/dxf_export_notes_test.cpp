@@ -81,6 +81,7 @@ const TCase kCases[] = {
         AddLayer(job, "ROADS", MakeDrawn(0xFF0000)); AddLayer(job, "roads", MakeDrawn(0xFF0000)); }},
     {"job.layer POINT, job.layer, ", [](CIEData& job, CIEDataset&) {
         AddLayer(job, "POINT", MakeDrawn(0xFF0000)); AddLayer(job, "", MakeDrawn(0xFF0000)); }},
+    {"job.layer A*B, ", [](CIEData& job, CIEDataset&) { AddLayer(job, "A*B", MakeDrawn(0xFF0000)); AddLayer(job, "A B", MakeDrawn(0xFF0000)); }},
     {"job.layer WIDE, job.layer NOTED, ", [](CIEData& job, CIEDataset&) {
         AddLayer(job, "WIDE", MakeDrawnLine({0xFF0000, CIEDrawLineProperties::Solid, 2}));
         AddLayer(job, "NOTED", MakeDrawn(0xFF0000)).SetNotes("X"); }},

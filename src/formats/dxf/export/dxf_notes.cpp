@@ -12,6 +12,8 @@ namespace {
 /// Words that readers act on wherever they stand as a text.
 constexpr std::string_view kWords[] = {"ARC",   "ATTRIB",   "3DFACE",     "INSERT", "LINE",  "3DLINE",
                                        "POINT", "POLYLINE", "LWPOLYLINE", "ENDSEC", "ENDBLK"};
+/// Marks that drawing programs don't take in the name of a layer.
+constexpr std::string_view kForbiddenInLayers = "<>/\\\":;?*|,=`";
 constexpr std::string_view kDatasetExtras = "JP.DATASETEXTRAS";
 
 CString ToUpper(std::string_view text)
@@ -216,6 +218,9 @@ void CDXFNotes::NoteLayer(const CIELayer& layer)
     reasons.Add(strName.empty(), "without a name, it goes out as the layer \"0\"");
     reasons.Add(TDXFOutput::AsRead(strName) != strName,
                 "its name is read back as \"" + TDXFOutput::AsRead(strName) + "\"");
+    reasons.Add(strName.find_first_of(kForbiddenInLayers) != CString::npos,
+                "drawing programs refuse a file with one of " + CString(kForbiddenInLayers) +
+                    " in the name of a layer");
     reasons.Add(IsWord(strName), "its name is a word of the form, by which a reader may take it for an object");
     reasons.Add(layer.IsActive() != layer.IsPlot(),
                 "a layer that is off or isn't plotted goes out as off, and is read back as off and plotted");
