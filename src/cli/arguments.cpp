@@ -2,6 +2,7 @@
 
 #include "cli/commands.h"
 #include "cli/messages.h"
+#include "vellumlib/utils.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -46,8 +47,18 @@ constexpr const char* kInfoFooter = R"(Examples:
 
 )";
 
+constexpr const char* kPlotFooter = R"(Examples:
+  alidade plot survey.txt -o survey.svg
+  alidade plot plan.job.json -o plan.svg --layers Buildings,Trees --size 2400x1800
+
+North is up. The picture needs nothing from elsewhere and opens in any browser. Labels that would collide are left
+out, and so is what can't be seen at that size; the last line of the picture tells how much.
+
+)";
+
 constexpr const char* kMainFooter = R"(Start with:
   alidade info survey.txt                 what is in a file?
+  alidade plot survey.txt -o survey.svg   how does it look?
   alidade convert survey.txt survey.sim   one form into another
   alidade formats                         which forms are there?
   alidade convert --help                  all that can be told of a conversion
@@ -189,6 +200,56 @@ CLI::App* AddInfo(CLI::App& app, TInfoArguments& arguments)
     return pCommand;
 }
 
+/// "1200x900".
+std::optional<TSize> ReadSize(std::string_view text)
+{
+    constexpr int kLeastWidth = 400, kLeastHeight = 300, kMost = 10000;
+    TSize size;
+    const std::size_t nCross = text.find('x');
+    const auto isDigits = [](std::string_view part) {
+        return !part.empty() && part.find_first_not_of("0123456789") == std::string_view::npos;
+    };
+    if (nCross == std::string_view::npos || !isDigits(text.substr(0, nCross)) || !isDigits(text.substr(nCross + 1)) ||
+        !IEUtils::StringToInt(text.substr(0, nCross), size.m_nWidth) ||
+        !IEUtils::StringToInt(text.substr(nCross + 1), size.m_nHeight))
+        return std::nullopt;
+    if (size.m_nWidth < kLeastWidth || size.m_nHeight < kLeastHeight || std::max(size.m_nWidth, size.m_nHeight) > kMost)
+        return std::nullopt;
+    return size;
+}
+
+CLI::App* AddPlot(CLI::App& app, TPlotArguments& arguments)
+{
+    CLI::App* const pCommand = app.add_subcommand("plot", "Draw a picture of what is in a file");
+    pCommand->add_option("IN", arguments.m_strIn, "The file to read")->required()->type_name("");
+    pCommand->add_option("-o,--output", arguments.m_strOut, "The SVG file to write")->required()->type_name("OUT");
+    pCommand->add_option("--layers", arguments.m_Layers, "Draw these layers alone, as A,B; \"(no layer)\" is the rest")
+        ->type_name("NAMES")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    const auto takeSize = [&arguments](const std::string& text) {
+        const std::optional<TSize> size = ReadSize(text);
+        if (!size)
+            throw CLI::ValidationError("--size", "\"" + text + "\" isn't a size from 400x300 to 10000x10000");
+        arguments.m_Picture.m_Size = *size;
+    };
+    pCommand
+        ->add_option_function<std::string>("--size", takeSize,
+                                           "Pixels of the picture, from 400x300 to 10000x10000 "
+                                           "(1200x900)")
+        ->type_name("WxH");
+    pCommand->add_flag_callback(
+        "--no-labels", [&arguments] { arguments.m_Picture.m_bLabels = false; }, "No names and codes of points");
+    pCommand->add_option("--from", arguments.m_strFrom, "Form of IN: a key or a code of \"alidade formats\", or job")
+        ->type_name("FORM");
+    AddJobOptions(*pCommand, arguments.m_Job);
+    pCommand->add_flag("--overwrite", arguments.m_bOverwrite, "Replace an existing file");
+    pCommand->add_flag("--progress", arguments.m_bProgress, "Draw a bar, if standard error is a terminal");
+    pCommand->add_flag("-q,--quiet", arguments.m_bQuiet, "Say nothing but losses and failures");
+    pCommand->footer(std::string(kPlotFooter) + kStatuses);
+    return pCommand;
+}
+
 CLI::App* AddFormats(CLI::App& app, TFormatsArguments& arguments)
 {
     CLI::App* const pCommand = app.add_subcommand("formats", "List the forms that can be read and written");
@@ -206,12 +267,14 @@ EExit RunCommandLine(int argc, const char* const* argv)
     CLI::App app{"Alidade carries survey data from one file form into another.", "alidade"};
     TConvertArguments convert;
     TInfoArguments info;
+    TPlotArguments plot;
     TFormatsArguments formats;
     app.set_version_flag("--version", "alidade " ALIDADE_VERSION);
     app.require_subcommand(1);
     app.footer(std::string(kMainFooter) + kStatuses);
     const CLI::App* const pConvert = AddConvert(app, convert);
     const CLI::App* const pInfo = AddInfo(app, info);
+    const CLI::App* const pPlot = AddPlot(app, plot);
     AddFormats(app, formats);
 
     try {
@@ -228,6 +291,8 @@ EExit RunCommandLine(int argc, const char* const* argv)
         return Convert(convert);
     if (pInfo->parsed())
         return Info(info);
+    if (pPlot->parsed())
+        return Plot(plot);
     return Formats(formats);
 }
 

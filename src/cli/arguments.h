@@ -3,8 +3,10 @@
 
 #include "cli/exit_codes.h"
 #include "cli/job_options.h"
+#include "cli/plot/picture.h"
 
 #include <string>
+#include <vector>
 
 namespace Cli {
 
@@ -28,6 +30,18 @@ struct TInfoArguments {
     TJobOptions m_Job;
     bool m_bJson = false;
     bool m_bProgress = false;
+};
+
+struct TPlotArguments {
+    std::string m_strIn;
+    std::string m_strOut;
+    std::string m_strFrom;
+    TJobOptions m_Job;
+    std::vector<std::string> m_Layers; ///< lists with commas between names; none: all layers that are on
+    TPictureOptions m_Picture;
+    bool m_bOverwrite = false;
+    bool m_bProgress = false;
+    bool m_bQuiet = false;
 };
 
 struct TFormatsArguments {

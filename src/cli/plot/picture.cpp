@@ -1,0 +1,229 @@
+#include "cli/plot/picture.h"
+
+#include "cli/content.h"
+#include "cli/plot/lines.h"
+#include "cli/plot/points.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+
+namespace {
+
+using namespace Cli;
+
+constexpr const char* kStyleSheet =
+    "<style>text{font-family:sans-serif;fill:#222}.title{font-size:17px;font-weight:bold}.subtitle{font-size:11px;"
+    "fill:#555}.head{font-size:12px;font-weight:bold}.layer{font-size:11px}.off{font-size:11px;fill:#888}.count{"
+    "font-size:9px;fill:#666}.tick,.note{font-size:10px;fill:#555}.nothing{font-size:20px;fill:#777}.name,.code,.road{"
+    "paint-order:stroke;stroke:#fff;stroke-width:2px;stroke-linejoin:round}.name{font-size:10px}.code{font-size:8px;"
+    "fill:#666}.road{font-size:10px;fill:#b03030}.grid{stroke:#e4e4e4;stroke-width:1;fill:none}</style>\n";
+
+/// Lengths of dashes and gaps in pixels.
+const char* DashesOf(CIEDrawLineProperties::EDashStyleType eStyle)
+{
+    switch (eStyle) {
+    case CIEDrawLineProperties::Dashed:
+        return "6 4";
+    case CIEDrawLineProperties::Dotted:
+        return "1 3";
+    case CIEDrawLineProperties::DashDotted:
+        return "8 3 1 3";
+    case CIEDrawLineProperties::DashDotDotted:
+        return "8 3 1 3 1 3";
+    case CIEDrawLineProperties::DashedCustom:
+        return "12 6";
+    case CIEDrawLineProperties::Solid:
+    case CIEDrawLineProperties::ByLayer:
+        break;
+    }
+    return nullptr;
+}
+
+std::string LineAttributes(const TStyle& style, bool bMerged)
+{
+    std::string text = fmt::format("stroke=\"{}\"", ColorToSvg(style.m_Color));
+    if (style.m_nWidth != 1)
+        text += fmt::format(" stroke-width=\"{}\"", style.m_nWidth);
+    if (const char* const pDashes = DashesOf(style.m_eDash))
+        text += fmt::format(" stroke-dasharray=\"{}\"", pDashes);
+    // where straights were left out, what is left encloses nothing
+    if (style.m_eFigure == EFigure::Area && !bMerged)
+        text += fmt::format(" fill=\"{}\" fill-opacity=\"{}\"", ColorToSvg(style.m_Color),
+                            style.m_bFlooded ? "0.4" : "0.07");
+    return text;
+}
+
+CString NameOfLayer(const TScene& scene, int nLayer)
+{
+    if (nLayer == TStyle::kAnyLayer)
+        return {};
+    const CIELayer* const pLayer = scene.m_Layers[static_cast<std::size_t>(nLayer)].m_pLayer;
+    return pLayer ? pLayer->GetName() : CString("(no layer)");
+}
+
+/// The paths in groups by layer, each with the layer's name as its title, which a viewer shows under the pointer.
+template <class TAttributes>
+void AppendGroups(std::string& out, const TScene& scene, const std::vector<std::string>& paths, TAttributes attributes)
+{
+    const std::vector<TStyle>& styles = scene.m_Styles.GetStyles();
+    std::vector<std::size_t> order;
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        if (!paths[i].empty())
+            order.push_back(i);
+    }
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t a, std::size_t b) { return styles[a].m_nLayer < styles[b].m_nLayer; });
+    for (std::size_t k = 0; k < order.size(); ++k) {
+        const TStyle& style = styles[order[k]];
+        if (k == 0 || styles[order[k - 1]].m_nLayer != style.m_nLayer) {
+            const CString name = NameOfLayer(scene, style.m_nLayer);
+            out += (k == 0 ? "<g>" : "</g>\n<g>") +
+                   (name.empty() ? std::string("\n") : "<title>" + EscapeXml(name) + "</title>\n");
+        }
+        out += fmt::format("<path {} d=\"", attributes(style)) + paths[order[k]] + "\"/>\n";
+    }
+    if (!order.empty())
+        out += "</g>\n";
+}
+
+/// The drawing itself, within its box.
+class CDrawing {
+public:
+    CDrawing(const TScene& scene, const CView& view, bool bLabels)
+        : m_Scene(scene),
+          m_Surfaces(DrawSurfaces(scene, view)),
+          m_Lines(DrawLines(scene, view)),
+          m_Marks(DrawMarks(scene, view)),
+          m_bLabels(bLabels)
+    {
+        if (bLabels)
+            m_Labels = DrawLabels(scene, m_Marks, view);
+    }
+
+    void Append(std::string& out) const;
+    [[nodiscard]] std::vector<std::string> GetRemarks() const;
+
+private:
+    const TScene& m_Scene;
+    TLinePaths m_Surfaces;
+    TLinePaths m_Lines;
+    TMarkPaths m_Marks;
+    TLabels m_Labels;
+    bool m_bLabels;
+};
+
+void CDrawing::Append(std::string& out) const
+{
+    if (!m_Surfaces.m_Paths.front().empty())
+        out += fmt::format("<path id=\"surfaces\" fill=\"none\" stroke=\"{}\" stroke-width=\"0.6\" d=\"",
+                           ColorToSvg(kSurfaceColor)) +
+               m_Surfaces.m_Paths.front() + "\"/>\n";
+    out += "<g id=\"lines\" fill=\"none\" stroke-linejoin=\"round\">\n";
+    AppendGroups(out, m_Scene, m_Lines.m_Paths,
+                 [&](const TStyle& style) { return LineAttributes(style, m_Lines.m_nMerged > 0); });
+    out += fmt::format("</g>\n<g id=\"points\" fill=\"none\" stroke-linecap=\"round\" stroke-width=\"{}\">\n",
+                       m_Marks.m_dSize);
+    AppendGroups(out, m_Scene, m_Marks.m_Paths,
+                 [](const TStyle& style) { return fmt::format("stroke=\"{}\"", ColorToSvg(style.m_Color)); });
+    out += "</g>\n<g id=\"labels\">\n" + m_Labels.m_strSvg + "</g>\n";
+}
+
+std::vector<std::string> CDrawing::GetRemarks() const
+{
+    std::vector<std::string> remarks;
+    const auto tell = [&](const char* pWhat, std::size_t nShown, std::size_t nAll) {
+        if (nShown < nAll)
+            remarks.push_back(fmt::format("{}: {} of {} shown", pWhat, GroupDigits(nShown), GroupDigits(nAll)));
+    };
+    if (m_bLabels)
+        tell("labels", m_Labels.m_nShown, m_Labels.m_nLabels);
+    tell("points", m_Marks.m_Shown.size(), m_Scene.m_Marks.size());
+    tell("lines", m_Lines.m_nDrawn, m_Lines.m_nObjects);
+    tell("edges of surfaces", m_Surfaces.m_nDrawn, m_Surfaces.m_nObjects);
+    if (const int nMerged = std::max(m_Lines.m_nMerged, m_Surfaces.m_nMerged); nMerged > 0)
+        remarks.push_back(fmt::format("what lies within {} {} is merged", nMerged, nMerged == 1 ? "pixel" : "pixels"));
+    if (m_Scene.m_nRelative > 0)
+        remarks.push_back(fmt::format("points told along a line, not drawn: {}",
+                                      GroupDigits(static_cast<std::size_t>(m_Scene.m_nRelative))));
+    if (m_Scene.m_nOffEarth > 0)
+        remarks.push_back(fmt::format("beyond any place on earth, not drawn: {}",
+                                      GroupDigits(static_cast<std::size_t>(m_Scene.m_nOffEarth))));
+    return remarks;
+}
+
+std::string DatasetsOf(const CIEData& job)
+{
+    constexpr std::size_t kEnough = 400; // bytes; what is longer is cut anyway
+    std::string names;
+    for (int i = 0; names.size() < kEnough; ++i) {
+        const CIEDataset* const pDataset = job.GetDatasetAt(i);
+        if (!pDataset)
+            break;
+        if (!pDataset->GetName().empty())
+            names += (names.empty() ? "" : ", ") + pDataset->GetName();
+    }
+    return (names.empty() ? "" : names + ": ") + DescribeContent(job);
+}
+
+void AppendHead(std::string& out, const TSize& size, const std::string& strTitle)
+{
+    out += fmt::format("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" "
+                       "width=\"{0}\" height=\"{1}\" viewBox=\"0 0 {0} {1}\">\n",
+                       size.m_nWidth, size.m_nHeight);
+    out += "<title>" + EscapeXml(strTitle) + "</title>\n";
+    out += kStyleSheet;
+    AppendBox(out, {0, 0, static_cast<double>(size.m_nWidth), static_cast<double>(size.m_nHeight)}, "fill=\"#fff\"");
+}
+
+constexpr const char* kFrame = "fill=\"none\" stroke=\"#999\"";
+
+/// The view with as much room at the left as its coordinates take.
+CView FitView(const TExtent& extent, const TSize& size, bool bGeographic, EDIST_UNITS units)
+{
+    constexpr double kUsual = 80.0, kBeside = 14.0, kMostShare = 0.25;
+    const CView first(extent, BoxForDrawing(size, kUsual), bGeographic);
+    const double dMargin = std::min(CGrid(first, units).GetTextWidth() + kBeside, size.m_nWidth * kMostShare);
+    return {extent, BoxForDrawing(size, dMargin), bGeographic};
+}
+
+} // namespace
+
+namespace Cli {
+
+TPicture DrawPicture(const TScene& scene, const CIEData& job, const std::string& strTitle,
+                     const TPictureOptions& options)
+{
+    constexpr double kMargin = 24.0;
+    TPicture picture;
+    std::string& out = picture.m_strSvg;
+    AppendHead(out, options.m_Size, strTitle);
+    AppendTitle(out, options.m_Size, strTitle, DatasetsOf(job));
+    double dLeft = kMargin;
+    if (scene.m_Extent) {
+        const bool bGeographic = job.GetJobInfo()->GetCSType() == TIEJobInfo::Geographic;
+        const EDIST_UNITS units = job.GetJobInfo()->GetDistUnits();
+        const CView view = FitView(*scene.m_Extent, options.m_Size, bGeographic, units);
+        const CGrid grid(view, units);
+        grid.Append(out);
+        const CDrawing drawing(scene, view, options.m_bLabels);
+        drawing.Append(out);
+        picture.m_Remarks = drawing.GetRemarks();
+        AppendBox(out, view.GetBox(), kFrame);
+        AppendScaleBar(out, view, units, grid.GetStepText());
+        AppendNorthArrow(out, options.m_Size);
+        dLeft = view.GetBox().m_dLeft;
+    } else {
+        const TBox box = BoxForDrawing(options.m_Size, kMargin);
+        AppendBox(out, box, kFrame);
+        AppendText(out, {(box.m_dLeft + box.m_dRight) / 2, (box.m_dTop + box.m_dBottom) / 2}, "nothing",
+                   EAnchor::Middle, "Nothing to draw");
+        picture.m_bNothing = true;
+    }
+    AppendLegend(out, options.m_Size, scene);
+    if (!picture.m_Remarks.empty())
+        AppendFootLine(out, options.m_Size, dLeft, fmt::format("{}", fmt::join(picture.m_Remarks, "; ")));
+    out += "</svg>\n";
+    return picture;
+}
+
+} // namespace Cli

@@ -1,0 +1,290 @@
+#include "cli/plot/sheet.h"
+
+#include "vellumlib/utils.h"
+
+#include <algorithm>
+#include <cmath>
+#include <fmt/format.h>
+
+namespace {
+
+using namespace Cli;
+
+constexpr double kTop = 54.0;
+constexpr double kBottom = 62.0;
+constexpr double kGap = 12.0;
+constexpr double kTickSize = 10.0;
+
+double LegendWidth(const TSize& size)
+{
+    constexpr double kShare = 0.2, kLeast = 120.0, kMost = 260.0;
+    return std::clamp(size.m_nWidth * kShare, kLeast, kMost);
+}
+
+const char* SuffixOf(EDIST_UNITS units)
+{
+    switch (units) {
+    case EDIST_UNITS::Meters:
+        return " m";
+    case EDIST_UNITS::USSurveyFeet:
+        return " ft (US)";
+    case EDIST_UNITS::InternationalFeet:
+        return " ft";
+    case EDIST_UNITS::USInches:
+        return " in (US)";
+    case EDIST_UNITS::InternationalInches:
+        return " in";
+    case EDIST_UNITS::USMiles:
+        return " mi (US)";
+    case EDIST_UNITS::None:
+        break;
+    }
+    return "";
+}
+
+/// Digits behind the point that a step of 1, 2 or 5 needs.
+int DecimalsFor(double dStep)
+{
+    constexpr double kNearly = 1e-9, kMost = 15.0;
+    return static_cast<int>(std::clamp(-std::floor(std::log10(dStep) + kNearly), 0.0, kMost));
+}
+
+std::string ShowLength(double dLength, EDIST_UNITS units)
+{
+    constexpr double kKilometer = 1000.0;
+    if (units == EDIST_UNITS::Meters && dLength >= kKilometer)
+        return IEUtils::DoubleToString(dLength / kKilometer, DecimalsFor(dLength / kKilometer)) + " km";
+    return IEUtils::DoubleToString(dLength, DecimalsFor(dLength)) + SuffixOf(units);
+}
+
+std::string ShowCoordinate(double dValue, int nDecimals, bool bNorth, bool bDegrees)
+{
+    if (!bDegrees)
+        return IEUtils::DoubleToString(dValue, nDecimals) + (bNorth ? " N" : " E");
+    const char* const pSide = bNorth ? (dValue < 0 ? " S" : " N") : (dValue < 0 ? " W" : " E");
+    return IEUtils::DoubleToString(std::abs(dValue), nDecimals) + "\xC2\xB0" + pSide;
+}
+
+} // namespace
+
+namespace Cli {
+
+TBox BoxForDrawing(const TSize& size, double dLeftMargin)
+{
+    return {dLeftMargin, kTop, size.m_nWidth - LegendWidth(size) - 2 * kGap, size.m_nHeight - kBottom};
+}
+
+// ---- grid
+
+CGrid::CGrid(const CView& view, EDIST_UNITS units)
+    : m_View(view), m_dFactor(view.IsGeographic() ? 1.0 : IEUtils::FromMetersFactor(1.0, units))
+{
+    constexpr double kApart = 90.0;     // pixels at least
+    constexpr double kNextLarger = 2.5; // so many times the value, and a round step isn't below it
+    const auto stepFor = [&](double dApart) {
+        return RoundDown125(dApart / std::min(view.GetEastScale(), view.GetNorthScale()) * m_dFactor * kNextLarger);
+    };
+    const TPlace least = view.ToPlace({view.GetBox().m_dLeft, view.GetBox().m_dBottom});
+    const TPlace most = view.ToPlace({view.GetBox().m_dRight, view.GetBox().m_dTop});
+    double dStep = stepFor(kApart);
+    for (int i = 0; i < 2; ++i) { // long coordinates stand further apart
+        m_nDecimals = DecimalsFor(dStep);
+        m_North = {};
+        m_East = {};
+        AddLines(m_North, least.m_dNorth, most.m_dNorth, dStep, true);
+        AddLines(m_East, least.m_dEast, most.m_dEast, dStep, false);
+        double dWidest = 0.0;
+        for (const std::string& text : m_East.m_Texts)
+            dWidest = std::max(dWidest, EstimateWidth(text, kTickSize));
+        if (dWidest + kGap <= kApart)
+            break;
+        dStep = stepFor(dWidest + kGap);
+    }
+    m_strStep =
+        view.IsGeographic() ? IEUtils::DoubleToString(dStep, m_nDecimals) + "\xC2\xB0" : ShowLength(dStep, units);
+}
+
+void CGrid::AddLines(TGridLines& lines, double dLeast, double dMost, double dStep, bool bNorth)
+{
+    constexpr int kMost = 400;
+    const double dFirst = std::ceil(dLeast * m_dFactor / dStep);
+    for (int i = 0; i < kMost; ++i) {
+        const double dValue = (dFirst + i) * dStep;
+        if (dValue > dMost * m_dFactor)
+            break;
+        const double dPlace = dValue / m_dFactor;
+        const TPixel pixel = m_View.ToPixel({dPlace, dPlace});
+        lines.m_Pixels.push_back(bNorth ? pixel.m_dY : pixel.m_dX);
+        lines.m_Texts.push_back(ShowCoordinate(dValue, m_nDecimals, bNorth, m_View.IsGeographic()));
+    }
+}
+
+double CGrid::GetTextWidth() const
+{
+    double dWidest = 0.0;
+    for (const std::string& text : m_North.m_Texts)
+        dWidest = std::max(dWidest, EstimateWidth(text, kTickSize));
+    return dWidest;
+}
+
+void CGrid::Append(std::string& out) const
+{
+    constexpr double kBaseline = 3.5, kBeneath = 13.0, kBeside = 5.0;
+    const TBox& box = m_View.GetBox();
+    out += "<g id=\"grid\">\n";
+    for (std::size_t i = 0; i < m_North.m_Pixels.size(); ++i) {
+        const double dY = m_North.m_Pixels[i];
+        AppendLine(out, {box.m_dLeft, dY}, {box.m_dRight, dY}, "grid");
+        AppendText(out, {box.m_dLeft - kBeside, dY + kBaseline}, "tick", EAnchor::End, m_North.m_Texts[i]);
+    }
+    for (std::size_t i = 0; i < m_East.m_Pixels.size(); ++i) {
+        const double dX = m_East.m_Pixels[i];
+        AppendLine(out, {dX, box.m_dTop}, {dX, box.m_dBottom}, "grid");
+        AppendText(out, {dX, box.m_dBottom + kBeneath}, "tick", EAnchor::Middle, m_East.m_Texts[i]);
+    }
+    out += "</g>\n";
+}
+
+// ---- around it
+
+void AppendTitle(std::string& out, const TSize& size, std::string_view title, std::string_view subtitle)
+{
+    constexpr double kTitleSize = 17.0, kSubtitleSize = 11.0, kTitleLine = 24.0, kSubtitleLine = 42.0;
+    const double dWidth = size.m_nWidth - 2 * kGap;
+    AppendText(out, {kGap, kTitleLine}, "title", EAnchor::Start, FitWidth(title, kTitleSize, dWidth));
+    AppendText(out, {kGap, kSubtitleLine}, "subtitle", EAnchor::Start, FitWidth(subtitle, kSubtitleSize, dWidth));
+}
+
+void AppendScaleBar(std::string& out, const CView& view, EDIST_UNITS units, const std::string& strGridStep)
+{
+    constexpr double kLongest = 200.0, kShare = 0.4, kBeneath = 22.0, kThick = 5.0, kTextRoom = 8.0;
+    if (view.IsGeographic())
+        units = EDIST_UNITS::Meters;
+    const TBox& box = view.GetBox();
+    const double dScale = view.GetMeterScale() / IEUtils::FromMetersFactor(1.0, units); // pixels of a unit
+    const double dLength = RoundDown125(std::min(kLongest, std::max(box.GetWidth() * kShare, 1.0)) / dScale);
+    const double dPixels = dLength * dScale;
+    const double dTop = box.m_dBottom + kBeneath;
+    out += "<g id=\"scale\">\n";
+    AppendBox(out, {box.m_dLeft, dTop, box.m_dLeft + dPixels / 2, dTop + kThick}, "fill=\"#222\" stroke=\"#222\"");
+    AppendBox(out, {box.m_dLeft + dPixels / 2, dTop, box.m_dLeft + dPixels, dTop + kThick},
+              "fill=\"#fff\" stroke=\"#222\"");
+    AppendText(
+        out, {box.m_dLeft + dPixels + kTextRoom, dTop + kTextRoom - 1}, "note", EAnchor::Start,
+        fmt::format("{}{}, grid {}", view.IsGeographic() ? "about " : "", ShowLength(dLength, units), strGridStep));
+    out += "</g>\n";
+}
+
+void AppendNorthArrow(std::string& out, const TSize& size)
+{
+    const double dX = size.m_nWidth - kGap - LegendWidth(size) / 2.0;
+    out += fmt::format("<g id=\"north\" transform=\"translate({:.1f} {})\">\n", dX, kTop);
+    out += "<path d=\"M0 0L9 30L0 23z\" fill=\"#222\"/>\n<path d=\"M0 0L-9 30L0 23z\" fill=\"#fff\" stroke=\"#222\"/>\n"
+           "<text x=\"0\" y=\"44\" class=\"layer\" text-anchor=\"middle\">N</text>\n</g>\n";
+}
+
+void AppendFootLine(std::string& out, const TSize& size, double dLeft, std::string_view text)
+{
+    constexpr double kSize = 10.0, kAbove = 10.0;
+    AppendText(out, {dLeft, size.m_nHeight - kAbove}, "note", EAnchor::Start,
+               FitWidth(text, kSize, size.m_nWidth - dLeft - kGap));
+}
+
+// ---- legend
+
+std::string GroupDigits(std::size_t nCount)
+{
+    constexpr std::size_t kGroup = 3;
+    std::string text = std::to_string(nCount);
+    for (std::size_t i = text.size(); i > kGroup; i -= kGroup)
+        text.insert(i - kGroup, ",");
+    return text;
+}
+
+std::string DescribeCounts(const TLayerCount& layer)
+{
+    constexpr std::array<const char*, TLayerCount::Kinds> kWords{"point",     "line",    "polygon",  "arc",
+                                                                 "composite", "surface", "alignment"};
+    std::string text;
+    for (std::size_t i = 0; i < kWords.size(); ++i) {
+        const int nCount = layer.m_Counts[i];
+        if (nCount > 0)
+            text += fmt::format("{}{} {}{}", text.empty() ? "" : ", ", GroupDigits(static_cast<std::size_t>(nCount)),
+                                kWords[i], nCount == 1 ? "" : "s");
+    }
+    return text.empty() ? "nothing" : text;
+}
+
+} // namespace Cli
+
+namespace {
+
+bool IsEmpty(const TLayerCount& layer)
+{
+    return std::all_of(layer.m_Counts.begin(), layer.m_Counts.end(), [](int nCount) { return nCount == 0; });
+}
+
+TIEColor SwatchOf(const TLayerCount& layer)
+{
+    constexpr TIEColor kGrey = 0x808080;
+    TIEColor color = 0;
+    const CIEDrawProperties* const pProperties = layer.m_pLayer ? layer.m_pLayer->GetDrawProperties() : nullptr;
+    if (pProperties && pProperties->GetColor(color))
+        return ColorForSheet(color);
+    return layer.m_Color.value_or(kGrey);
+}
+
+void AppendLayer(std::string& out, const TPixel& at, double dWidth, const TLayerCount& layer)
+{
+    constexpr double kSwatch = 14.0, kNameSize = 11.0, kCountSize = 9.0, kNameLine = 9.0, kCountLine = 20.0;
+    const std::string color = ColorToSvg(SwatchOf(layer));
+    AppendBox(out, {at.m_dX, at.m_dY, at.m_dX + kSwatch - 4, at.m_dY + kSwatch - 4},
+              fmt::format("fill=\"{}\" stroke=\"{}\"", layer.m_bDrawn ? color : "#fff", color));
+    const double dText = at.m_dX + kSwatch + 2;
+    const double dRoom = dWidth - kSwatch - 2;
+    const CString name = layer.m_pLayer ? layer.m_pLayer->GetName() : CString("(no layer)");
+    AppendText(out, {dText, at.m_dY + kNameLine}, layer.m_bDrawn ? "layer" : "off", EAnchor::Start,
+               FitWidth(name, kNameSize, dRoom));
+    AppendText(out, {dText, at.m_dY + kCountLine}, "count", EAnchor::Start,
+               FitWidth((layer.m_bDrawn ? "" : "off: ") + DescribeCounts(layer), kCountSize, dRoom));
+}
+
+} // namespace
+
+namespace Cli {
+
+void AppendLegend(std::string& out, const TSize& size, const TScene& scene)
+{
+    constexpr double kRow = 27.0, kHead = 118.0, kFirst = 126.0;
+    constexpr std::size_t kMost = 30;
+    const double dWidth = LegendWidth(size);
+    TPixel at{size.m_nWidth - kGap - dWidth, kFirst};
+    const double dRoom = size.m_nHeight - kFirst - kBottom;
+    const std::size_t nRoom = std::clamp(static_cast<std::size_t>(std::max(dRoom, kRow) / kRow), std::size_t{1}, kMost);
+    std::size_t nShown = 0, nMore = 0, nEmpty = 0;
+    out += "<g id=\"legend\">\n";
+    AppendText(out, {at.m_dX, kHead}, "head", EAnchor::Start, "Layers");
+    for (const TLayerCount& layer : scene.m_Layers) {
+        if (IsEmpty(layer)) {
+            nEmpty += layer.m_pLayer ? 1 : 0;
+        } else if (nShown == nRoom) {
+            ++nMore;
+        } else {
+            AppendLayer(out, at, dWidth, layer);
+            at.m_dY += kRow;
+            ++nShown;
+        }
+    }
+    const auto tell = [&](std::size_t nCount, const char* pWhat) {
+        if (nCount > 0) {
+            at.m_dY += kGap;
+            AppendText(out, {at.m_dX, at.m_dY}, "count", EAnchor::Start,
+                       fmt::format("and {} {}", GroupDigits(nCount), pWhat));
+        }
+    };
+    tell(nMore, "more");
+    tell(nEmpty, nEmpty == 1 ? "layer with nothing on it" : "layers with nothing on them");
+    out += "</g>\n";
+}
+
+} // namespace Cli
