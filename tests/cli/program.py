@@ -58,7 +58,7 @@ class ProgramTest(unittest.TestCase):
         """Runs, and fails with what the program said if the status is another one. Only a data command may use standard output."""
         answer = self.run_program(*arguments, **options)
         self.assertEqual(answer.status, status, f"{arguments}\n{answer.out}\n{answer.err}")
-        if arguments[0] == "convert" and "--help" not in arguments:
+        if arguments[0] in ("convert", "plot") and "--help" not in arguments:
             self.assertEqual(answer.out, "")
         return answer
 

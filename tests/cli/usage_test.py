@@ -62,7 +62,7 @@ class Usage(ProgramTest):
 
     def test_the_manual_tells_of_every_option_and_of_no_other(self):
         helped = set()
-        for command in ("convert", "info", "formats"):
+        for command in ("convert", "info", "plot", "formats"):
             answer = self.check(DONE, command, "--help")
             self.assertEqual(answer.err, "")
             helped |= set(OPTION.findall(answer.out))

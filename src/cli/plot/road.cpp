@@ -137,15 +137,17 @@ void CTracer::FollowCourse(const TElement& element, double dAzimuth)
 {
     constexpr double kNear = 0.05; // of the length
     const TPlace start = m_Places.back();
-    const double dStep = element.m_dLength / kSteps;
+    const bool bStraight = element.m_dFirstCurvature == 0.0 && element.m_dLastCurvature == 0.0;
+    const int nSteps = bStraight ? 1 : kSteps;
+    const double dStep = element.m_dLength / nSteps;
     std::vector<TPlace> course;
     TPlace place = start;
     double dEndAzimuth = dAzimuth;
-    for (int i = 1; i <= kSteps; ++i) {
+    for (int i = 1; i <= nSteps; ++i) {
         const auto azimuthAt = [&](double dPart) {
-            const double dAlong = element.m_dLength * dPart / kSteps;
+            const double dAlong = element.m_dLength * dPart / nSteps;
             const double dChange = element.m_dLastCurvature - element.m_dFirstCurvature;
-            return dAzimuth + dAlong * (element.m_dFirstCurvature + dChange * dPart / kSteps / 2.0);
+            return dAzimuth + dAlong * (element.m_dFirstCurvature + dChange * dPart / nSteps / 2.0);
         };
         const double dMiddle = azimuthAt(i - 0.5);
         place = {place.m_dNorth + dStep * std::cos(dMiddle), place.m_dEast + dStep * std::sin(dMiddle)};
@@ -159,8 +161,8 @@ void CTracer::FollowCourse(const TElement& element, double dAzimuth)
         return Add(*element.m_End);
     }
     const TPlace end = element.m_End.value_or(place);
-    for (int i = 1; i <= kSteps; ++i) {
-        const double dShare = static_cast<double>(i) / kSteps;
+    for (int i = 1; i <= nSteps; ++i) {
+        const double dShare = static_cast<double>(i) / nSteps;
         const TPlace& here = course[static_cast<std::size_t>(i) - 1];
         Add({here.m_dNorth + (end.m_dNorth - place.m_dNorth) * dShare,
              here.m_dEast + (end.m_dEast - place.m_dEast) * dShare});

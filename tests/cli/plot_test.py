@@ -1,0 +1,266 @@
+"""Pictures: well-formed, the right way up, readable, and never larger than a browser bears."""
+
+import json
+import math
+import os
+import random
+import re
+import unittest
+import xml.etree.ElementTree as ET
+
+from program import DONE, HEADER, LOSS, OUTPUT, POINTS, QUARRY, UNREADABLE, USAGE, ProgramTest
+
+SVG = "{http://www.w3.org/2000/svg}"
+NUMBER = r"-?\d+(?:\.\d+)?"
+
+
+def point(name, north, east, **more):
+    return {"point": name, "north": north, "east": east, **more}
+
+
+def line(*stations, **more):
+    return {"polyline": "", "stations": list(stations), **more}
+
+
+class Picture:
+    def __init__(self, content):
+        self.size = len(content)
+        self.text = content.decode("utf-8")
+        self.root = ET.fromstring(content)
+
+    def group(self, name):
+        return self.root.find(f".//{SVG}*[@id='{name}']")
+
+    def texts(self, name):
+        return [element.text for element in self.group(name).iter(f"{SVG}text")]
+
+    def layers(self, group):
+        """The paths of a group by the layer in whose group they are."""
+        return {layer.findtext(f"{SVG}title"): layer.findall(f"{SVG}path") for layer in self.group(group).iter(f"{SVG}g")
+                if layer.find(f"{SVG}title") is not None}
+
+    def marks(self):
+        return [(float(x), float(y)) for path in self.group("points").iter(f"{SVG}path")
+                for x, y in re.findall(rf"M({NUMBER}) ({NUMBER})h0", path.get("d"))]
+
+    def foot(self):
+        notes = [element.text for element in self.root.findall(f"{SVG}text[@class='note']")]
+        return notes[-1] if notes else ""
+
+
+def places(path):
+    """The places of a path of one row, made of M, l and z."""
+    numbers = [float(number) for number in re.findall(NUMBER, path.get("d"))]
+    found = [(numbers[0], numbers[1])]
+    for i in range(2, len(numbers), 2):
+        found.append((found[-1][0] + numbers[i], found[-1][1] + numbers[i + 1]))
+    return found
+
+
+class Plot(ProgramTest):
+    def plot(self, *arguments, status=DONE):
+        self.said = self.check(status, "plot", *arguments, "-o", "out.svg", "--overwrite").err
+        return Picture(self.read("out.svg"))
+
+    def plot_job(self, objects, *arguments, **parts):
+        dataset = {"name": "D", "objects": objects} | parts.pop("dataset", {})
+        self.write("in.job.json", json.dumps({"alidade": "job", "datasets": [dataset], **parts}))
+        return self.plot("in.job.json", *arguments)
+
+    def test_north_is_up_and_east_is_right(self):
+        (west, south), (_, north), (east, _) = self.plot_job([point("A", 0, 0), point("B", 100, 0), point("C", 0, 100)]).marks()
+        self.assertLess(north, south)
+        self.assertGreater(east, west)
+        self.assertAlmostEqual(south - north, east - west, delta=0.02)
+
+    def test_grid_and_scale_bar_tell_where_the_points_are(self):
+        for units, factor, word in (("metres", 1, "m"), ("us-survey-feet", 3937 / 1200, "ft (US)")):
+            with self.subTest(units):
+                picture = self.plot_job([point("A", 5000, 1000), point("B", 5300, 1500)], info={"distanceUnits": units})
+                ticks = {}
+                for text in picture.group("grid").iter(f"{SVG}text"):
+                    value, side = text.text.split()
+                    ticks.setdefault(side, []).append((float(value), float(text.get("y" if side == "N" else "x"))))
+                x, y = picture.marks()[1]
+                for side, place, at in (("N", 5300, y + 3.5), ("E", 1500, x)):
+                    (first, low), (last, high) = ticks[side][0], ticks[side][-1]
+                    self.assertAlmostEqual(low + (place * factor - first) / (last - first) * (high - low), at, delta=0.1)
+                scale = (ticks["E"][-1][1] - ticks["E"][0][1]) / (ticks["E"][-1][0] - ticks["E"][0][0])
+                bar = sum(float(box.get("width")) for box in picture.group("scale").iter(f"{SVG}rect"))
+                told = re.match(rf"(\d+) {re.escape(word)}, grid ", picture.texts("scale")[0])
+                self.assertAlmostEqual(bar / scale, float(told.group(1)), delta=0.1)
+
+    def test_degrees_are_drawn_as_wide_as_they_are(self):
+        corners = [point(f"{n}", n, e) for n, e in ((60, -10), (60.01, -10), (60, -9.98))]
+        circle = {"arc": "", "north": 60.005, "east": -9.99, "radius": 100, "startAngle": 0, "endAngle": 360}
+        picture = self.plot_job([*corners, circle], info={"coordinates": "geographic"})
+        (west, south), (_, north), (east, _) = picture.marks()
+        self.assertAlmostEqual((east - west) / (south - north), 2 * math.cos(math.radians(60.005)), delta=0.001)
+        ring = places(picture.layers("lines")["(no layer)"][0])
+        spans = [max(part) - min(part) for part in zip(*ring)]
+        self.assertAlmostEqual(spans[0], spans[1], delta=0.5)
+        self.assertTrue(any(text.endswith("\N{DEGREE SIGN} W") for text in picture.texts("grid")))
+        self.assertRegex(picture.texts("scale")[0], r"^about \d+ (m|km), grid 0\.\d+\N{DEGREE SIGN}$")
+
+    def test_an_arc_runs_from_east_towards_north(self):
+        frame = [point("", 0, 0), point("", 100, 100)]
+        for start, end, first, last in ((0, 90, (0, 10), (10, 0)), (270, 45, (-10, 0), (7.0711, 7.0711)), (90, 0, (10, 0), (0, 10))):
+            with self.subTest(start=start):
+                arc = {"arc": "", "north": 50, "east": 50, "radius": 10, "startAngle": start, "endAngle": end}
+                picture = self.plot_job([*frame, arc])
+                (west, south), (_, north) = picture.marks()
+                scale = (south - north) / 100
+                row = places(picture.layers("lines")["(no layer)"][0])
+                for place, (up, right) in ((row[0], first), (row[-1], last)):
+                    self.assertAlmostEqual(place[0], west + (50 + right) * scale, delta=0.2)
+                    self.assertAlmostEqual(place[1], south - (50 + up) * scale, delta=0.2)
+                length = sum(math.dist(a, b) for a, b in zip(row, row[1:]))
+                self.assertAlmostEqual(length, math.radians((end - start) % 360) * 10 * scale, delta=1)
+
+    def test_hostile_names_stay_text(self):
+        nasty = "</text><script>alert('1')</script>&\"\u0007\u001b[31m\ufffe"
+        shown = "</text><script>alert('1')</script>&\"[31m"
+        picture = self.plot_job([point(nasty, 0, 0, layer=nasty, codes=[{"name": nasty}]), point("B", 9, 9)],
+                                info={"jobName": nasty}, dataset={"name": nasty})
+        self.assertEqual(picture.texts("labels")[0][:20], shown[:20])
+        self.assertIn(shown, picture.layers("points"))
+        self.assertEqual(picture.root.findtext(f"{SVG}title"), shown)
+        self.assertEqual({element.tag for element in picture.root.iter()},
+                         {SVG + tag for tag in ("svg", "title", "style", "rect", "g", "path", "text")})
+        self.assertNotRegex(picture.text, r"href|url\(|@import|<!")
+
+    def test_colours_line_types_and_layers(self):
+        layers = [{"name": "White", "draw": {"kind": "line", "color": "#ffffff"}},
+                  {"name": "Red", "draw": {"kind": "line", "color": "#cc0000", "dash": "dashed", "width": 3}},
+                  {"name": "Off", "active": False}, {"name": "Empty"}]
+        codes = [{"name": "KERB", "draw": [{"kind": "line", "color": "#0000cc"}]}]
+        far = [[-1e6, 0], [1e6, 0]]
+        objects = [line([0, 0], [9, 0], layer="White"), line([0, 1], [9, 1], layer="Red"),
+                   line([0, 2], [9, 2], layer="Red", codes=[{"name": "KERB"}]),
+                   line([0, 3], [9, 3], draw={"kind": "line", "color": "#00cc00", "dash": "solid"}, layer="Red"),
+                   line(*far, layer="Off"), line(*far, state="block"),
+                   {"polygon": "", "stations": [[0, 5], [9, 5], [9, 8]], "draw": {"kind": "area", "color": "#cccc00", "flooded": True}},
+                   {"polygon": "", "stations": [[4, 4]]},
+                   {"composite": "", "layer": "Red", "parts": [line([0, 9], [9, 9]), point("in", 1, 9)]}]
+        picture = self.plot_job(objects, layers=layers, codes=codes)
+        drawn = {name: [tuple(path.get(key) for key in ("stroke", "stroke-dasharray", "stroke-width")) for path in paths]
+                 for name, paths in picture.layers("lines").items()}
+        self.assertEqual(drawn, {"White": [("#202020", None, None)],
+                                 "Red": [("#cc0000", "6 4", "3"), ("#0000cc", "6 4", "3"), ("#00cc00", None, "3")],
+                                 "(no layer)": [("#b5b500", None, None), ("#404040", None, None)]})
+        self.assertEqual([path.get("fill-opacity") for path in picture.layers("lines")["(no layer)"]], ["0.4", "0.07"])
+        self.assertEqual(picture.texts("legend"), ["Layers", "White", "1 line", "Red", "3 lines, 1 composite", "Off", "off: 1 line",
+                                                   "(no layer)", "2 polygons", "and 1 layer with nothing on it"])
+        ground = places(picture.layers("lines")["White"][0])
+        self.assertGreater(ground[0][1] - ground[-1][1], 600)  # neither the block nor the layer that is off takes room
+
+    def test_layers_that_are_asked_for(self):
+        layers = [{"name": "A"}, {"name": "B,C", "active": False}, {"name": "D"}]
+        objects = [point("a", 0, 0, layer="A"), point("b", 1, 1, layer="B,C"), point("d", 2, 2, layer="D"), point("n", 3, 3)]
+        for asked, shown in ((("A",), "a"), (("A,D",), "ad"), (("B,C", ), "b"), (("D", "--layers", "B,C"), "bd"), (("A,(no layer)",), "an")):
+            with self.subTest(asked):
+                picture = self.plot_job(objects, "--layers", *asked, layers=layers)
+                self.assertEqual(sorted(picture.texts("labels")), list(shown))
+        os.remove(self.path("out.svg"))
+        said = self.check_failure(USAGE, "plot", "in.job.json", "-o", "out.svg", "--layers", "A,E").err
+        self.assertIn('there is no layer "E"; there are A, B,C, D and (no layer)', said)
+
+    def test_surfaces_and_alignments(self):
+        positions = [[0, 0], [0, 100], [80, 50], [160, 50], [1, 1]]
+        dataset = {"surfaces": [{"name": "S", "positions": positions, "triangles": [[0, 1, 2], [1, 2, 3], [0, 1, -1]]}],
+                   "alignments": [{"name": "Road", "startPoint": 0, "objects": [
+                       {"type": "line", "azimuth": 0, "length": 100},
+                       {"type": "curve", "radius": 40, "length": 40 * math.pi, "azimuthFollows": True}]}]}
+        picture = self.plot_job([point("0", 0, 0)], dataset=dataset)
+        self.assertEqual(picture.group("surfaces").get("d").count("M"), 5)
+        road = places(picture.layers("lines")["(no layer)"][0])
+        scale = math.dist(road[0], max(road, key=lambda place: -place[1] - place[0] * 1e-6)) / 146  # north by 100, then a half circle
+        self.assertAlmostEqual((road[-1][0] - road[0][0]) / scale, 80, delta=5)
+        self.assertIn("Road", picture.texts("labels"))
+        self.assertIn("1 point, 1 surface, 1 alignment", picture.texts("legend"))
+
+    def test_labels_do_not_collide(self):
+        random.seed(3)
+        objects = [point(f"P{i}", random.random() * 100, random.random() * 100) for i in range(2000)]
+        picture = self.plot_job(objects)
+        boxes = []
+        for text in picture.group("labels").iter(f"{SVG}text"):
+            width = len(text.text) * 5.5
+            left = float(text.get("x")) - {None: 0, "middle": width / 2, "end": width}[text.get("text-anchor")]
+            boxes.append((left, float(text.get("y")), left + width))
+        for i, (left, base, right) in enumerate(boxes):
+            for other_left, other_base, other_right in boxes[:i]:
+                self.assertTrue(right <= other_left or other_right <= left or abs(base - other_base) >= 8)
+        self.assertGreater(len(boxes), 100)
+        self.assertEqual(picture.foot(), f"labels: {len(boxes):,} of 2,000 shown")
+        self.assertEqual(self.plot_job(objects, "--no-labels").texts("labels"), [])
+
+    def test_a_hundred_thousand_of_each_stay_small(self):
+        random.seed(4)
+        def place():
+            return [round(random.gauss(5e6, 500), 2), round(random.gauss(4e5, 500), 2)]
+        self.write("points.txt", HEADER + "".join("P{0},{1},{2},1,C{0}\n".format(i, *place()) for i in range(100000)))
+        picture = self.plot("points.txt")
+        self.assertLess(picture.size, 1000000)
+        self.assertLessEqual(len(picture.marks()), 20000)
+        self.assertGreater(len(picture.marks()), 5000)
+        self.assertRegex(picture.foot(), r"^labels: [\d,]+ of 100,000 shown; points: [\d,]+ of 100,000 shown$")
+        picture = self.plot_job([line(place(), place(), layer=f"L{i}", draw={"kind": "line", "color": f"#{i * 77:06x}"})
+                                 for i in range(100000)])
+        self.assertLess(picture.size, 3000000)
+        self.assertLess(len(list(picture.root.iter())), 10000)
+        self.assertIn("and 99,974 more", picture.texts("legend"))
+        self.assertRegex(picture.foot(), r"lines: [\d,]+ of 100,000 shown; what lies within \d+ pixels? is merged$")
+
+    def test_extents_of_every_size(self):
+        for name, coordinates in {"one": [(5402328.2, 468277.6)], "same": [(7, 7)] * 3, "huge": [(1e10, -1e10), (-1e10, 1e10)],
+                                  "flat": [(0, 0), (0, 1e11)], "close": [(9e11, 0), (9e11 + 1e-3, 0)], "tiny": [(0, 0), (5e-324, 0)]}.items():
+            for size in ("400x300", "1200x900"):
+                with self.subTest(name, size=size):
+                    picture = self.plot_job([point("", *place) for place in coordinates], "--size", size)
+                    width, height = (int(part) for part in size.split("x"))
+                    self.assertEqual((picture.root.get("width"), picture.root.get("height")), (str(width), str(height)))
+                    self.assertEqual(len(picture.marks()), len(coordinates))
+                    for x, y in picture.marks():
+                        self.assertTrue(0 < x < width and 0 < y < height)
+                    self.assertLess(picture.size, 20000)
+                    self.assertNotRegex(picture.text, r"\b(nan|inf)\b")
+
+    def test_what_has_no_place_is_told(self):
+        along = {"ptlPoint": "P", "north": 5, "east": 1, "coordType": "point-to-line", "firstReference": "A", "secondReference": "A"}
+        picture = self.plot_job([point("A", 1, 1), point("B", 1e300, 1), along])
+        self.assertEqual(picture.foot(), "points told along a line, not drawn: 1; beyond any place on earth, not drawn: 1")
+        self.assertIn("beyond any place on earth", self.said)
+        picture = self.plot_job([])
+        self.assertIn("Nothing to draw", picture.text)
+        self.assertIn("nothing to draw", self.said)
+
+    def test_the_output_is_as_safe_as_that_of_a_conversion(self):
+        self.write("in.txt", POINTS)
+        self.write("bad.txt", POINTS + "A3,x,1,1,\n")
+        self.write("old.svg", "stays")
+        good = ("plot", "in.txt", "-o", "new.svg")
+        rows = [(OUTPUT, ("plot", "in.txt", "-o", "old.svg")), (OUTPUT, ("plot", "in.txt", "-o", "nowhere/new.svg")),
+                (UNREADABLE, ("plot", "missing.txt", "-o", "new.svg")), (USAGE, ("plot", "in.txt", "-o", "new.png"))]
+        for status, arguments in rows:
+            with self.subTest(arguments):
+                self.check_failure(status, *arguments)
+        for arguments in (("plot", "in.txt"), *((*good, "--size", size) for size in ("399x300", "400x299", "10001x500", "400", "axb", "-400x300", "400x300x")),
+                          (*good, "--layers"), (*good, "--to", "sima")):
+            with self.subTest(arguments):
+                self.assertEqual(self.run_program(*arguments).status, USAGE)
+        self.check(LOSS, "plot", "bad.txt", "-o", "bad.svg")
+        self.assertEqual(self.check(DONE, *good, "--quiet").err, "")
+        self.assertEqual(self.names(), ["bad.svg", "bad.txt", "in.txt", "new.svg", "old.svg"])
+        self.assertEqual(self.read("old.svg"), b"stays")
+
+    def test_the_quarry(self):
+        picture = self.plot(QUARRY)
+        self.assertLess(picture.size, 50000)
+        self.assertEqual(len(picture.marks()), 137)
+        self.assertIn("CP1", picture.texts("labels"))
+        self.assertIn("137 points, 8 lines, 7 polygons", picture.texts("legend"))
+
+
+if __name__ == "__main__":
+    unittest.main()
