@@ -209,7 +209,9 @@ TEST(PlotRoad, FollowsAzimuthsAndLengths)
 
 TEST(PlotRoad, PositionsGoAheadOfLengths)
 {
+    CIEDesignPoint elsewhere(CIEStation{500, 500, 0});
     CIEAlignment road;
+    road.SetStartPoint(&elsewhere);
     auto pLine = std::make_unique<CIELine2D>();
     pLine->SetPosition(CIELine2D::Start, {10, 10});
     pLine->SetPosition(CIELine2D::End, {10, 60});

@@ -8,7 +8,7 @@ import re
 import unittest
 import xml.etree.ElementTree as ET
 
-from program import DONE, HEADER, LOSS, OUTPUT, POINTS, QUARRY, UNREADABLE, USAGE, ProgramTest
+from program import DONE, HEADER, LOSS, OUTPUT, POINTS, QUARRY, ROOT, UNREADABLE, USAGE, ProgramTest
 
 SVG = "{http://www.w3.org/2000/svg}"
 NUMBER = r"-?\d+(?:\.\d+)?"
@@ -260,6 +260,8 @@ class Plot(ProgramTest):
         self.assertEqual(len(picture.marks()), 137)
         self.assertIn("CP1", picture.texts("labels"))
         self.assertIn("137 points, 8 lines, 7 polygons", picture.texts("legend"))
+        with open(os.path.join(ROOT, "docs/images/quarry.svg"), encoding="utf-8") as file:
+            self.assertEqual(picture.text, file.read(), "docs/images/quarry.svg isn't what the program draws")
 
 
 if __name__ == "__main__":

@@ -121,11 +121,13 @@ void CDrawing::Append(std::string& out) const
     out += "<g id=\"lines\" fill=\"none\" stroke-linejoin=\"round\">\n";
     AppendGroups(out, m_Scene, m_Lines.m_Paths,
                  [&](const TStyle& style) { return LineAttributes(style, m_Lines.m_nMerged > 0); });
-    out += fmt::format("</g>\n<g id=\"points\" fill=\"none\" stroke-linecap=\"round\" stroke-width=\"{}\">\n",
-                       m_Marks.m_dSize);
+    // beneath the points, so that no label hides one
+    out += "</g>\n<g id=\"labels\">\n" + m_Labels.m_strSvg + "</g>\n";
+    out +=
+        fmt::format("<g id=\"points\" fill=\"none\" stroke-linecap=\"round\" stroke-width=\"{}\">\n", m_Marks.m_dSize);
     AppendGroups(out, m_Scene, m_Marks.m_Paths,
                  [](const TStyle& style) { return fmt::format("stroke=\"{}\"", ColorToSvg(style.m_Color)); });
-    out += "</g>\n<g id=\"labels\">\n" + m_Labels.m_strSvg + "</g>\n";
+    out += "</g>\n";
 }
 
 std::vector<std::string> CDrawing::GetRemarks() const

@@ -132,7 +132,7 @@ void CLabelMaker::PlaceCodes(const TPixel& at, const TSide& side, std::string_vi
     const double dY = side.m_dY > 0 ? side.m_dY + kBelowName : kBelowMark;
     const TLabel label{
         FitWidth(text, kCodeSize, kWidest), kCodeSize, side.m_eAnchor, {at.m_dX + side.m_dX, at.m_dY + dY}};
-    (void)Place(label, "code", m_bOverMarks);
+    (void)Place(label, "code", false);
 }
 
 } // namespace

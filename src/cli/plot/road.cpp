@@ -88,7 +88,12 @@ class CTracer {
 public:
     explicit CTracer(bool bGeographic) : m_bGeographic(bGeographic) {}
 
-    void Begin(const TPlace& place) { Add(place); }
+    /// The start point, unless the first element tells where it starts.
+    void Begin(const TPlace& place)
+    {
+        Add(place);
+        m_bBegun = false;
+    }
     void Trace(const CIEAlignmentObject& object, const TPlace* pNextCorner);
     std::vector<TPlace> Take() { return std::move(m_Places); }
 
@@ -102,6 +107,7 @@ private:
     std::vector<TPlace> m_Places;
     double m_dAzimuth = 0.0; ///< at the last place, radians
     bool m_bGeographic;
+    bool m_bBegun = true; ///< there is more than the start point
 };
 
 void CTracer::Trace(const CIEAlignmentObject& object, const TPlace* pNextCorner)
@@ -118,8 +124,12 @@ void CTracer::Trace(const CIEAlignmentObject& object, const TPlace* pNextCorner)
 
 void CTracer::Follow(const TElement& element)
 {
-    if (element.m_Start)
+    if (element.m_Start) {
+        if (!m_bBegun)
+            m_Places.clear();
         Add(*element.m_Start);
+    }
+    m_bBegun = true;
     if (m_Places.empty())
         return; // nothing tells where it lies
     if (!m_bGeographic && std::isfinite(element.m_dLength) && element.m_dLength > 0.0) {
