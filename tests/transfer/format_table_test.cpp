@@ -266,6 +266,18 @@ TEST_F(Guess, TellsAFormByItsMarkWhateverItsName)
     }
 }
 
+/// Blocks without a record, with the mark behind which the wide form ends or without it.
+TEST_F(Guess, BlocksWithoutPointsMayBeOfAnyForm)
+{
+    const std::string blanks(127, ' ');
+    for (const std::string& content :
+         {"\x02 "s + blanks + "0048\x03\r\n", "\x02_"s + blanks + "0079\x03\r\n\x04\r\n"}) {
+        const auto keys = Keys("site.txt", content);
+        for (const char* const pKey : {"block-fgh", "block-xyz", "block-wide"})
+            EXPECT_EQ(std::count(keys.begin(), keys.end(), pKey), 1) << pKey;
+    }
+}
+
 TEST_F(Guess, DoesntTakeAMarkForGrantedElsewhere)
 {
     const std::string contents[] = {

@@ -253,7 +253,10 @@ const TCase kCases[] = {
     // fields of the form of 12 characters
     {kReadNarrow, Frame(N("A") N("B")), "point A 1 2 3\npoint B 1 2 3"},
     {kReadNarrow, N("A") "\r\n" N("B") "\n", "point A 1 2 3\npoint B 1 2 3"},
-    {kReadNarrow, N("A") "\r\n" N("B"), "point A 1 2 3", IE_OK, "2:block.unfinished "},
+    {kReadNarrow, N("A") "\r\n" N("B"), "point A 1 2 3\npoint B 1 2 3"},
+    {kReadNarrow, N("A") "\n_+B_ x1_ y2_ z+00", "point A 1 2 3\npoint B 0.001 0.002 0", IE_OK, "2:record.height "},
+    {kReadNarrow, Frame(N("A")) + N("B"), "point A 1 2 3", IE_OK, "2:block.unfinished "},
+    {kReadNarrow, N("A") "\n\x02" N("B"), "point A 1 2 3", IE_OK, "2:block.unfinished "},
     {kReadNarrow, "_+A_ f+000001000m_ g-000002000m_ h+000003000m_*X,,Y_\n", "point A 1 -2 3 X() Y()"},
     {kReadNarrow, "_+A_f+000039370f_g+000039370F_h+000039370f_*X\n", "point A 12 12 12 X()"},
     {kReadNarrow, "_+ .A B_ x1_ y.5_ z+0000003000m\n", "point .A 0.001 0.0005 3", IE_OK, "1:record.name-cut "},
@@ -411,7 +414,8 @@ TEST_F(BlockPointsTest, LargeFilesOfEveryShape)
         const char* m_pNotes;
     } const rows[] = {
         {strLine + "\n", IE_OK, nRecords, ""},
-        {strLine, IE_OK, 0, "1:block.unfinished "},
+        {strLine, IE_OK, nRecords, ""},
+        {"\x02" + strLine, IE_OK, 0, "1:block.unfinished "},
         {strBlocks, IE_OK, static_cast<int>(strBlocks.size() / Frame(" ").size()), ""},
         {Frame(strRecord) + strEmpty, IE_OK, 1, ""},
         {Frame(strRecord + CString(kSize, 'x')), IE_BAD_CONTENT, 0, "1:record.too-long "},

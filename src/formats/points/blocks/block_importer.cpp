@@ -142,7 +142,8 @@ EIEResult CIEBlockStreamImporter::ReadRecords(CReader& reader, CIEDataset& datas
     std::int64_t nReported = 0;
     while (bMore && !m_bRefused && !CIEData::m_bStopProcess) {
         bMore = reader.Read(text) && !text.empty();
-        NoteBlock(reader, text);
+        if (bMore)
+            NoteBlock(reader, text);
         pending.Add(text, reader.GetLineNumber());
         while (TakeRecord(pending, false, joiner)) {
         }

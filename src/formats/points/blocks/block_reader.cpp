@@ -72,6 +72,10 @@ bool CReader::ReadBlock(CString& text)
     for (;;) {
         const std::string_view bytes = m_File.Peek(1);
         if (bytes.empty()) {
+            if (m_bLines && !m_bFramed && !m_strBlock.empty() && !m_File.HasFailed()) {
+                Finish(text); // a line that lacks its end is one all the same
+                return true;
+            }
             m_bUnfinished = m_bUnfinished || m_bBlockFramed || !m_strBlock.empty();
             return false;
         }

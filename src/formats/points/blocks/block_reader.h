@@ -15,7 +15,8 @@ namespace Blocks {
 /// that it is.
 class CReader {
 public:
-    /// With `bLines` a line counts whole as long as the file has had no start character.
+    /// With `bLines` a line counts whole as long as the file has had no start character, and the last one may lack its
+    /// end.
     explicit CReader(bool bLines) : m_bLines(bLines) {}
 
     /// Opens with writers denied (see CIEFileReader).
@@ -23,7 +24,7 @@ public:
     /// Text of the next block; the mark that ends a stream is passed over. False, with no text, at the end of the file.
     bool Read(CString& text);
 
-    /// Number of line feeds so far: of the block last read, counted from 1.
+    /// Number of the block or line last read, counted from 1.
     [[nodiscard]] std::int64_t GetLineNumber() const { return m_nLine; }
     [[nodiscard]] std::uint64_t GetPosition() const;
     [[nodiscard]] std::uint64_t GetLength() const { return m_File.GetLength(); }

@@ -33,7 +33,8 @@ EForm LookAtBlocks(std::string_view head)
     const CString strText = JoinText(head, bFramed);
     std::string_view text = strText;
     text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-    if (text.empty())
+    // the mark alone is the wide form without a point
+    if (text.find_first_not_of("_ ") == text.npos)
         return bFramed ? EForm::Any : EForm::None;
     if (text.starts_with(Blocks::MarkerOf(Blocks::EDialect::Wide)))
         return EForm::Wide;
