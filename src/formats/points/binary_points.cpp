@@ -17,7 +17,7 @@ constexpr std::size_t kEast = 12;
 constexpr std::size_t kHeight = 20;
 constexpr std::size_t kCode = 28;
 constexpr std::size_t kRecordSize = 45;
-constexpr std::size_t kCodeSize = 17; ///< with a zero behind the text
+constexpr std::size_t kCodeSize = 17; ///< a writer leaves a zero behind the text
 
 constexpr int kMostNumber = 100000;
 constexpr double kMostCoordinate = 1e9;
@@ -135,7 +135,7 @@ bool CIEBinaryPointImporter::ReadRecord(CIEFileReader& file, CIEDataset& dataset
     } else {
         station.SetName(strName);
         auto pPoint = std::make_unique<CIEDesignPoint>(std::move(station));
-        AddCode(*pPoint, bytes.substr(kCode, kCodeSize - 1), nOffset);
+        AddCode(*pPoint, bytes.substr(kCode, kCodeSize), nOffset);
         dataset.Add(std::move(pPoint));
     }
     file.Skip(kRecordSize);

@@ -171,7 +171,7 @@ TEST_F(BinaryPointsTest, Reads)
         {Header(0, -1) + Record(1, 1.1e9), "", IE_BAD_CONTENT, "38:record.coordinates "},
         {Header(0, 0) + Record(-1, 1, 2, kNan), "", IE_BAD_CONTENT, "38:record.coordinates "},
         {Header(0, -1) + Record(1, 1, 2, 3, CString("A\0B", 3)), "point 1 1 2 3 A()\n", IE_OK, ""},
-        {Header(0, -1) + Record(1, 1, 2, 3, "0123456789abcdefg"), "point 1 1 2 3 0123456789abcdef()\n", IE_OK, ""},
+        {Header(0, -1) + Record(1, 1, 2, 3, "0123456789abcdefg"), "point 1 1 2 3 0123456789abcdefg()\n", IE_OK, ""},
         {Header(0, -1) + Record(1, 1, 2, 3, "\x81"), "point 1 1 2 3 \uFFFD()\n", IE_OK, "38:record.bad-characters "},
     };
     for (const auto& row : rows) {
