@@ -1,6 +1,7 @@
 #include "formats/points/gps_list.h"
 
 #include "formats/points/layout_gaps.h"
+#include "formats/points/row_texts.h"
 #include "frame/losses.h"
 #include "vellumlib/utils.h"
 
@@ -79,8 +80,10 @@ bool CIEGPSListExporter::WriteStation(const CIEStation* pStation, const CIEObjec
     if (!m_pFile)
         return false;
     const auto& position = static_cast<const CIEGPSPosition&>(*pObject);
-    if (m_pData->GetObserver())
+    if (m_pData->GetObserver()) {
         NoteMissing(position);
+        NoteTexts(position);
+    }
     const TIEAsciiFormat& format = m_pData->GetSettings().GetAsciiFormat();
     const CString strDelimiter = IEUtils::CharToString(format.m_cDelimiter);
     m_Line.Clear();
@@ -151,4 +154,28 @@ void CIEGPSListExporter::NoteMissing(const CIEGPSPosition& position) const
         Note(TIENote::Changed, "object.no-accuracy", strName, "its accuracy isn't known and is written as 0");
     if (!position.HasTime() && (has(IEAsciiFields::Date) || has(IEAsciiFields::Time)))
         Note(TIENote::Changed, "object.no-time", strName, "its date and time aren't known and are written as 0");
+}
+
+void CIEGPSListExporter::NoteTexts(const CIEGPSPosition& position)
+{
+    const TIEAsciiFormat& format = m_pData->GetSettings().GetAsciiFormat();
+    const auto note = [&](const char* pCode, const char* pWhat) {
+        Note(TIENote::Changed, pCode, position.GetName(),
+             CString("the delimiter or a line end in its ") + pWhat + " doesn't come back as it is");
+    };
+    for (const IEAsciiFields::EType eField : format.m_Fields) {
+        if (eField == IEAsciiFields::Name && BreaksRow(position.GetName(), format.m_cDelimiter))
+            note("object.name", "name");
+        if (eField == IEAsciiFields::Notes && BreaksRow(position.GetStation()->GetNotes(), format.m_cDelimiter))
+            note("object.notes", "notes");
+        if (eField == IEAsciiFields::Solution && position.GetRawDataType() == CIEGPSPosition::SatelliteData &&
+            BreaksRow(position.GetSolutionTypeAsString(), format.m_cDelimiter))
+            note("object.gps-data", "solution");
+        const unsigned nCodes = CarriedByField(eField);
+        if ((nCodes & CARRIES_CODES) &&
+            BreaksRow(MakeCodeString(&position, (nCodes & CARRIES_ATTRIBUTES) != 0,
+                                     (nCodes & CARRIES_CODE_STRINGS) != 0, (nCodes & CARRIES_CONTROL_CODES) != 0),
+                      format.m_cDelimiter, position.GetNumberOfCodes()))
+            note("object.codes", "codes");
+    }
 }

@@ -22,4 +22,5 @@ public:
 private:
     void AddGPSField(int nField, const CIEGPSPosition& position);
     void NoteMissing(const CIEGPSPosition& position) const;
+    void NoteTexts(const CIEGPSPosition& position);
 };

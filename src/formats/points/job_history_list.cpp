@@ -61,12 +61,22 @@ bool CIEJobHistoryListExporter::WriteTable(const TIEJobHistoryTable& table, int 
 void CIEJobHistoryListExporter::NoteTable(const TIEJobHistoryTable& table) const
 {
     const auto hasComma = [](const CString& text) { return text.find(',') != CString::npos; };
+    const auto hasLineEnd = [](const CString& text) { return text.find_first_of("\r\n") != CString::npos; };
     const CString strTable = table.m_strTitle + " " + table.m_strText;
-    if (hasComma(table.m_strTitle) || hasComma(table.m_strText))
-        Note(TIENote::Changed, "history.comma", strTable, "a comma in its texts looks like the end of a field");
     const auto any = [&table](auto has) { return std::any_of(table.m_Tags.begin(), table.m_Tags.end(), has); };
-    if (any([&](const TIEJobHistoryXMLTag& tag) { return hasComma(tag.m_strValue); }))
+    const auto anyWritten = [&](auto has) {
+        return any([&](const TIEJobHistoryXMLTag& tag) { return !tag.m_strValue.empty() && has(tag); });
+    };
+    if (hasComma(table.m_strTitle) || hasComma(table.m_strText) ||
+        anyWritten([&](const TIEJobHistoryXMLTag& tag) { return hasComma(tag.m_strName); }))
+        Note(TIENote::Changed, "history.comma", strTable,
+             "a comma in its texts or in the names of its tags looks like the end of a field");
+    if (anyWritten([&](const TIEJobHistoryXMLTag& tag) { return hasComma(tag.m_strValue); }))
         Note(TIENote::Changed, "history.comma", strTable, "commas in its values became blanks");
+    if (hasLineEnd(table.m_strTitle) || hasLineEnd(table.m_strText) || anyWritten([&](const TIEJobHistoryXMLTag& tag) {
+            return hasLineEnd(tag.m_strName) || hasLineEnd(tag.m_strValue);
+        }))
+        Note(TIENote::Changed, "history.line-end", strTable, "line ends in its texts became blanks");
     if (any([](const TIEJobHistoryXMLTag& tag) { return tag.m_strValue.empty() || !tag.m_strText.empty(); }))
         Note(TIENote::LeftOut, "history.tag", strTable,
              "the list holds neither tags without a value nor the further texts of tags");

@@ -1,6 +1,7 @@
 #include "formats/points/sheet_points.h"
 
 #include "formats/points/layout_gaps.h"
+#include "formats/points/row_texts.h"
 #include "frame/losses.h"
 #include "vellumlib/utils.h"
 
@@ -129,8 +130,10 @@ bool CIESheetPointExporter::ExportObject(int nIndex)
     if (pObject->GetType() != EIEObjectsType::SheetPoint)
         return true;
     const auto& sheet = static_cast<const CIESheetPoint&>(*pObject);
-    if (m_pData->GetObserver())
+    if (m_pData->GetObserver()) {
         NoteMissing(sheet);
+        NoteTexts(sheet);
+    }
     for (int i = 1; sheet.GetOffsetStation(i); ++i) {
         if (!WriteRow(sheet, i))
             return false;
@@ -263,4 +266,33 @@ void CIESheetPointExporter::NoteMissing(const CIESheetPoint& sheet) const
     });
     if (HasOffset<&CIEOffsetStation::m_dDeltaHeight>(sheet) && !HoldsHeightDifference(layout))
         Note(TIENote::LeftOut, "object.offsets", strName, "the list has no field for its difference in height");
+}
+
+void CIESheetPointExporter::NoteTexts(const CIESheetPoint& sheet)
+{
+    if (!sheet.GetOffsetStation(1))
+        return;
+    const TIEAsciiFormat& format = m_pData->GetSettings().GetAsciiFormat();
+    const auto anyMeasured = [&](const CString& (CIEStation::*pGet)() const) {
+        for (int i = 1; const CIEStation* const pMeasured = sheet.GetStation(i); ++i) {
+            if (BreaksRow((pMeasured->*pGet)(), format.m_cDelimiter))
+                return true;
+        }
+        return false;
+    };
+    const auto note = [&](const char* pCode, const char* pWhat) {
+        Note(TIENote::Changed, pCode, sheet.GetName(),
+             CString("the delimiter or a line end in its ") + pWhat + " doesn't come back as it is");
+    };
+    for (const IEAsciiFields::EType eField : format.m_Fields) {
+        if (eField == IEAsciiFields::SheetName && BreaksRow(sheet.GetName(), format.m_cDelimiter))
+            note("object.name", "name");
+        if (eField == IEAsciiFields::MeasuredName && anyMeasured(&CIEStation::GetName))
+            note("object.name", "measurements' names");
+        if (eField == IEAsciiFields::MeasuredTime && anyMeasured(&CIEStation::GetTimeStamps))
+            note("object.time-stamps", "measurements' time stamps");
+        if (eField == IEAsciiFields::SheetCodes &&
+            BreaksRow(MakeCodeString(&sheet, true, true, true), format.m_cDelimiter, sheet.GetNumberOfCodes()))
+            note("object.codes", "codes");
+    }
 }

@@ -24,4 +24,5 @@ private:
     void AddPlaces(int nField, const CIEStation& design, const CIEStation& measured);
     void AddOffsets(int nField, const CIEOffsetStation& measured);
     void NoteMissing(const CIESheetPoint& sheet) const;
+    void NoteTexts(const CIESheetPoint& sheet);
 };

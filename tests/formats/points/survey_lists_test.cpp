@@ -178,14 +178,17 @@ TEST_F(SurveyListsTest, WritesTheJobHistoryAsTheRulesSay)
     pHistory->AddJHTable({"Stakeout", "P1", {{"cut", "", "0,5, or so"}, {"note", "n", ""}, {"fill", "text", "1"}}});
     pHistory->AddJHTable({"Survey", "", {{"empty", "text", ""}}});
     pHistory->AddJHTable({"", "a,b", {{"", "", ","}, {"größer", "", "a\r\nb"}}});
+    pHistory->AddJHTable({"named", "", {{"c,d", "", "1"}}});
+    pHistory->AddJHTable({"two\nlines", "", {{"unwritten,\n", "", ""}}});
     auto pJob = MakeJob("name", u';', true); // neither the layout nor its header counts
     AddOthers(*pJob->GetDatasetAt(0));
     pJob->GetDatasetAt(0)->SetJobHistory(std::move(pHistory));
     ExpectGolden("job_history_list/tables.txt", Export(std::move(pJob), kJobHistory));
     EXPECT_THAT(Notes(),
                 ElementsAre("history.comma Stakeout P1", "history.tag Stakeout P1", "history.tag Survey ",
-                            "history.comma  a,b", "history.comma  a,b", "object.kind plain", "object.kind relative",
-                            "object.kind line", "object.kind area", "object.kind arc"));
+                            "history.comma  a,b", "history.comma  a,b", "history.line-end  a,b", "history.comma named ",
+                            "history.line-end two\nlines ", "history.tag two\nlines ", "object.kind plain",
+                            "object.kind relative", "object.kind line", "object.kind area", "object.kind arc"));
 }
 
 TEST_F(SurveyListsTest, WithoutThingsToListThereIsTheHeaderAlone)
@@ -276,6 +279,18 @@ const struct {
     {kGPSList, "name,hrms,vrms", FILL { AddPosition(set, "G", 0, 0, 0).SetCV({1, 1, 1, 0, 0, 0}); }, {}},
     {kGPSList, "name,north,east,height,code+strings", FILL {
         GiveCode(AddPosition(set, "G", 1, 2, 3), AddCode(job, "T", {CIEAttrDescription("w")}), {"1"}); }, {"object.attributes G"}},
+    {kGPSList, "name,north,east,height,notes,codes,solution", FILL {
+        CIEGPSPosition& position = AddPosition(set, "a,", 1, 2, 3);
+        CIEStation station = *position.GetStation();
+        station.SetNotes("b\rc");
+        position.SetStation(station);
+        GiveCode(position, AddCode(job, "T")).AddCodeString("d,e");
+        GiveCode(position, AddCode(job, "U")); }, {"object.name a,", "object.notes a,", "object.codes a,"}},
+    {kGPSList, "name,north,east,height,codes", FILL {
+        ChangeSettings(job, [](TIESettings& settings) { settings.m_bAttrQuotes = true; });
+        CIEGPSPosition& position = AddPosition(set, "\"a,b\"", 1, 2, 3);
+        GiveCode(position, AddCode(job, "T")).AddCodeString("d,e");
+        GiveCode(position, AddCode(job, "U")); }, {}},
     {kGPSList, "name,north,east,height", FILL { SetGeographic(job); ChangeSettings(job, [](TIESettings& settings) { settings.m_eCoordsStyle = {}; }); },
      {"job.geographic "}},
     {kSheetPoints, "sheet-name,design-north,design-east,design-height,measured-north,measured-east,measured-height,cut,fill",
@@ -289,6 +304,12 @@ const struct {
         CIEStation stamped;
         stamped.SetTimeStamps("7:00");
         AddSheet(job, "S", stamped, {Measured(stamped, {})}); }, {"object.time-stamps S"}},
+    {kSheetPoints, "sheet-name,sheet-codes,measured-name,measured-time", FILL {
+        CIEStation measured = MakeStation("M,1", 0, 0, 0);
+        measured.SetTimeStamps("7:00\n");
+        AddSheet(job, "S,1", {}, {Measured({}, {}), Measured(measured, {})}, AddCode(job, "T,", {CIEAttrDescription("side")}));
+        AddSheet(job, "S,2", {}, {}); },
+     {"object.name S,1", "object.codes S,1", "object.name S,1", "object.time-stamps S,1", "object.no-measurement S,2"}},
     {kSheetPoints, "sheet-name,design-height", FILL { SetGeographic(job); }, {}},
     {kSheetPoints, "sheet-name,design-north", FILL { SetGeographic(job); ChangeSettings(job, [](TIESettings& settings) { settings.m_eCoordsStyle = {}; }); },
      {"job.geographic "}},
