@@ -37,6 +37,7 @@ protected:
     /// Tells the host what of an object a form with these EIECarries bits doesn't hold: the object itself, its codes,
     /// its layer ...
     void NoteLosses(const CIEObject& object) const;
+    [[nodiscard]] unsigned GetCarries() const { return m_nCarries; }
     /// Whether the form can hold all of these EIECarries bits.
     [[nodiscard]] bool Carries(unsigned nBits) const { return (m_nCarries & nBits) == nBits; }
 

@@ -5,17 +5,17 @@
 namespace {
 
 using enum EIEPiece;
-using Piece::Free;
 using Piece::Left;
+using Piece::MarkedNotes;
 using Piece::Number;
 using Piece::Right;
 using Piece::Text;
 
 constexpr int kWithNotes = 36;
 constexpr int kMarked = 47;
-constexpr char kNoteMark = '!';
+constexpr const char* kNoteStart = "!";
+constexpr char kNoteMark = *kNoteStart;
 constexpr std::string_view kRecordMark = " 05";
-constexpr const char* kNoteLine = "\r\n!";
 constexpr int kColumns = 128;
 constexpr double kNoHeight = 999999.9; // metres
 
@@ -47,7 +47,7 @@ constexpr TIEReadForm kReadForms[] = {
 
 constexpr TIEPiece kNoteRecord[] = {Right(ControlCode0, 8), Right(CodeString, 8), Right(Code, 8),
                                     Right(Name, 8),         Number(North, 14, 3), Number(East, 14, 3),
-                                    Number(Height, 14, 3),  Text(kNoteLine),      Free(Notes)};
+                                    Number(Height, 14, 3),  Text("\r\n"),         MarkedNotes(kNoteStart)};
 constexpr TIEPiece kControlRecord[] = {Text("    "),           Right(ControlCode0, 3),
                                        Right(CodeString, 4),   Right(Name, 7),
                                        Text("    "),           Right(Code, 3),
@@ -65,7 +65,7 @@ constexpr TIEWriteForm kWriteForms[] = {
      .m_Record = kNoteRecord,
      .m_nDecimals = 3,
      .m_pWayBack = &FindForm(kReadForms, kWithNotes),
-     .m_pNoteLine = kNoteLine,
+     .m_cNoteMark = kNoteMark,
      .m_pReadNote = &ColumnPoints::ReadNote},
     {.m_nCode = 57, .m_Record = kControlRecord, .m_nDecimals = 3, .m_pWayBack = &FindForm(kReadForms, 45)},
     {.m_nCode = 60, .m_Record = kMarkedRecord, .m_nDecimals = 3, .m_pWayBack = &FindForm(kReadForms, kMarked)},

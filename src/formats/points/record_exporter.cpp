@@ -62,6 +62,29 @@ bool CIERecordExporter::WriteLine(const char* pText)
     return m_Line.Add(pText).EndTo(*m_pFile);
 }
 
+bool CIERecordExporter::ExportObject(int nIndex)
+{
+    const CIEDataset* const pDataset = m_pData->GetCurDataset(false);
+    const CIEObject* const pObject = pDataset ? pDataset->GetObjectAt(nIndex) : nullptr;
+    const unsigned nCarries = GetCarries();
+    if (pObject)
+        SetCarries(nCarries | CarriedFor(*pObject));
+    const bool bDone = CIEPointExporter::ExportObject(nIndex);
+    SetCarries(nCarries);
+    return bDone;
+}
+
+/// What the object's own record holds: that of a point-to-line point may have a code where others have none.
+unsigned CIERecordExporter::CarriedFor(const CIEObject& object) const
+{
+    unsigned nCarries = CARRIES_NOTHING;
+    for (const TIEPiece& piece : PiecesFor(object)) {
+        if (piece.m_ePiece == EIEPiece::Code)
+            nCarries |= CARRIES_CODES;
+    }
+    return nCarries;
+}
+
 bool CIERecordExporter::WriteStation(const CIEStation* pStation, const CIEObject* pObject)
 {
     if (!pObject || !pStation || pObject->GetGroupType() != CIEObject::PointLike)
@@ -135,6 +158,8 @@ void CIERecordExporter::AddPiece(const TIEPiece& piece, const CIEStation& statio
         AddField(piece, ControlCode(pCode, 1));
         break;
     case EIEPiece::Notes:
+        if (!station.GetNotes().empty())
+            m_Line.Add(piece.m_pText);
         AddField(piece, station.GetNotes());
         break;
     case EIEPiece::FirstReference:
@@ -214,10 +239,10 @@ void CIERecordExporter::NoteWayBack(const CIEStation& station, const CIEObject& 
     NoteBytes(m_Line.GetText(), m_bFirstLine, object.GetName());
     std::string_view text = m_Line.GetText();
     std::string_view notes;
-    if (m_Form.m_pNoteLine) {
-        constexpr std::size_t kLineEnd = 2; // of the mark
-        const std::size_t nEnd = text.find(m_Form.m_pNoteLine);
-        notes = m_Form.m_pReadNote(text.substr(nEnd + kLineEnd));
+    if (m_Form.m_cNoteMark != '\0') {
+        constexpr std::string_view kLineEnd = "\r\n";
+        const std::size_t nEnd = text.find(kLineEnd);
+        notes = m_Form.m_pReadNote(text.substr(nEnd + kLineEnd.size()));
         text = text.substr(0, nEnd);
     }
     CString strLines; // records of several lines are read with one mark between these
@@ -226,12 +251,16 @@ void CIERecordExporter::NoteWayBack(const CIEStation& station, const CIEObject& 
         std::erase(strLines, '\r');
         text = strLines;
     }
+    if (m_Form.m_cNoteMark != '\0' && text.starts_with(m_Form.m_cNoteMark)) {
+        NoteChanged("line.unreadable", object, "its record begins as a note does, and a reader takes it for one");
+        return;
+    }
     TIEPointRecord record;
     if (!m_pReader->Read(text, record)) {
         NoteChanged("line.unreadable", object, "a reader of the form refuses its record, and may end there");
         return;
     }
-    if (m_Form.m_pNoteLine)
+    if (m_Form.m_cNoteMark != '\0')
         record.m_Notes = notes;
     if (record.m_Name != object.GetName())
         NoteChanged("object.name", object, "its name doesn't come back as it is");

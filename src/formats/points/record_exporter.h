@@ -14,7 +14,7 @@ struct TIEPiece {
     EIEPiece m_ePiece;
     int m_nPrecision = kWhole; ///< decimals, or characters; kWhole cuts nothing
     int m_nWidth = 0;          ///< columns to fill with blanks, at the left, or at the right if it is below 0
-    const char* m_pText = "";
+    const char* m_pText = "";  ///< of a literal; with notes: what stands ahead of them if there are any
 
     static constexpr int kWhole = -1;
 };
@@ -29,6 +29,11 @@ constexpr TIEPiece Text(const char* pText)
 constexpr TIEPiece Free(EIEPiece ePiece, int nDecimals = TIEPiece::kWhole)
 {
     return {ePiece, nDecimals};
+}
+/// Notes with a mark ahead of them; nothing if there are none.
+constexpr TIEPiece MarkedNotes(const char* pMark)
+{
+    return {EIEPiece::Notes, TIEPiece::kWhole, 0, pMark};
 }
 /// A text in columns: cut to `nWidth` characters, at the right of the field.
 constexpr TIEPiece Right(EIEPiece ePiece, int nWidth)
@@ -52,16 +57,16 @@ constexpr TIEPiece Number(EIEPiece ePiece, int nWidth, int nDecimals)
 struct TIEWriteForm {
     using TPieces = std::span<const TIEPiece>;
     int m_nCode;
-    TPieces m_Record;                  ///< lines end in CR LF; the last one gets its end from the writer
-    int m_nDecimals;                   ///< of north and east
-    const TIEReadForm* m_pWayBack;     ///< how a reader of the form takes a record
-    TPieces m_Regular{};               ///< point-to-line points with coordinates of type CIEPTLPoint::Regular ...
-    TPieces m_ToLine{};                ///< ... and CIEPTLPoint::PointToLine; without these two they are like any point
-    bool m_bAnyCoordType = false;      ///< m_ToLine serves every type; otherwise others aren't written
-    bool m_bJoins = false;             ///< a reader joins points in a row that share a name
-    const char* m_pHead = "";          ///< first line without its end; empty for none
-    const char* m_pFoot = "";          ///< last line
-    const char* m_pNoteLine = nullptr; ///< line end, and the mark of a second line ...
+    TPieces m_Record;              ///< lines end in CR LF; the last one gets its end from the writer
+    int m_nDecimals;               ///< of north and east
+    const TIEReadForm* m_pWayBack; ///< how a reader of the form takes a record
+    TPieces m_Regular{};           ///< point-to-line points with coordinates of type CIEPTLPoint::Regular ...
+    TPieces m_ToLine{};            ///< ... and CIEPTLPoint::PointToLine; without these two they are like any point
+    bool m_bAnyCoordType = false;  ///< m_ToLine serves every type; otherwise others aren't written
+    bool m_bJoins = false;         ///< a reader joins points in a row that share a name
+    const char* m_pHead = "";      ///< first line without its end; empty for none
+    const char* m_pFoot = "";      ///< last line
+    char m_cNoteMark = '\0';       ///< if it isn't 0: the record has a second line, which is empty or has a note ...
     std::string_view (*m_pReadNote)(std::string_view noteLine) = nullptr; ///< ... and how a reader takes that one
 };
 
@@ -73,6 +78,7 @@ public:
     bool OpenFile() override;
     bool WriteHeader() override;
     bool WriteFooter() override;
+    bool ExportObject(int nIndex) override;
     bool WriteStation(const CIEStation* pStation, const CIEObject* pObject) override;
 
 protected:
@@ -83,6 +89,7 @@ protected:
 
 private:
     [[nodiscard]] TIEWriteForm::TPieces PiecesFor(const CIEObject& object) const;
+    [[nodiscard]] unsigned CarriedFor(const CIEObject& object) const;
     void AddPiece(const TIEPiece& piece, const CIEStation& station, const CIEObject& object);
     void AddNumber(const TIEPiece& piece, double dValue);
     void AddField(const TIEPiece& piece, std::string_view text);

@@ -120,6 +120,52 @@ TEST_F(RecordFormsTest, TellsWhatWillNotComeBack)
     EXPECT_THAT(Notes(), IsSupersetOf({"object.joined SAMESTART1", "object.joined SAMESTART2"}));
 }
 
+/// The records of point-to-line points have codes where others have none.
+TEST_F(RecordFormsTest, TellsOfCodesWhatTheRecordOfTheObjectHasNot)
+{
+    const auto notesOf = [this](int nCode, int nCodes, bool bString, bool bRelative) {
+        auto pJob = std::make_unique<CIEData>();
+        CIEDataset& dataset = *pJob->AddDataset(std::make_unique<CIEDataset>("Site"));
+        auto& relative = AddPoint<CIEPTLPoint>(dataset, "R", 1, 2, 3);
+        relative.SetPTLParams("A", "B", CIEPTLPoint::PointToLine);
+        CIEObject& point = bRelative ? relative : AddPoint(dataset, "P", 1, 2, 3);
+        CIECodeValues& code = GiveCode(point, AddCode(*pJob, "K"));
+        if (bString)
+            code.AddCodeString("s");
+        if (nCodes > 1)
+            GiveCode(point, AddCode(*pJob, "L"));
+        Export(std::move(pJob), nCode);
+        return Notes();
+    };
+    EXPECT_THAT(notesOf(50, 1, false, true), ElementsAre("object.attributes R")) << "its reference reads as a string";
+    EXPECT_THAT(notesOf(50, 2, false, true), ElementsAre("object.codes R", "object.attributes R"));
+    EXPECT_THAT(notesOf(50, 1, true, true), ElementsAre("object.attributes R", "object.attributes R"));
+    EXPECT_THAT(notesOf(50, 1, false, false), ElementsAre("object.codes P"));
+    EXPECT_THAT(notesOf(51, 1, true, true), ElementsAre());
+}
+
+/// A point without notes has an empty second line.
+TEST_F(RecordFormsTest, NoteLinesReadBack)
+{
+    const auto makeJob = [](const CString& strControl = {}) {
+        auto pJob = std::make_unique<CIEData>();
+        CIEDataset& dataset = *pJob->AddDataset(std::make_unique<CIEDataset>("Site"));
+        const CIECodeDescription* const pCode = AddCode(*pJob, "K");
+        for (const char* const pNotes : {"", "one", "", "", "!", "two words", ""}) {
+            CIEStation station = MakeStation("P", 1, 2, 3);
+            station.SetNotes(pNotes);
+            GiveCode(*dataset.Add(std::make_unique<CIEDesignPoint>(station)), pCode).SetControlCode(0, strControl);
+        }
+        return pJob;
+    };
+    const CString bytes = Export(makeJob(), 47);
+    EXPECT_TRUE(m_Ledger.IsEmpty());
+    CIEData back;
+    EXPECT_EQ(Import(back, 36, bytes), (TImported{IE_OK, Describe(*makeJob()), ""}));
+    Export(makeJob("!2345678"), 47);
+    EXPECT_EQ(m_Ledger.GetCount("line.unreadable"), 7) << "each reads as a note";
+}
+
 struct TCase {
     int m_nCode;
     const char* m_pText;
