@@ -329,13 +329,17 @@ TEST_F(LawsTest, WhatGoesOutComesBackOrIsTold)
                 ASSERT_GT(Export(CJobMaker(nSeed, variant).Make(), *pOut, strFirst), 0);
                 const CJudge judge(*pJob, m_Ledger, variant);
                 const bool bChanged = m_Ledger.GetCount(TIENote::Changed) > 0;
+                CIELedger ledger;
+                pBack->SetObserver(&ledger);
                 // not through the entry, which names what has no name after its code
                 const EIEResult eBack = CreateImporter(pBack.get(), strFirst, pIn->m_nCode)->Import();
+                pBack->SetObserver(nullptr);
                 EXPECT_TRUE(IsKnownResult(eBack));
                 EXPECT_EQ(FindFault(*pBack), "");
                 EXPECT_EQ(judge.FindLoss(*pBack, eBack), "") << ReadFiles(*pOut, strFirst);
                 ASSERT_GT(Export(std::move(pBack), *pOut, strSecond), 0);
                 if (!bChanged) {
+                    EXPECT_TRUE(ledger.IsEmpty()) << ledger.GetNotes()[0].m_strReason << ReadFiles(*pOut, strFirst);
                     EXPECT_EQ(ReadFiles(*pOut, strSecond), ReadFiles(*pOut, strFirst));
                 }
             }

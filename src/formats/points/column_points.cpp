@@ -98,14 +98,17 @@ void CIEColumnPointImporter::NoteEnd() const
 CIERecordImporter::EAnswer CIEColumnPointImporter::TakeWithNotes(std::string_view line)
 {
     if (line.starts_with(kNoteMark)) {
-        if (!m_strHeld.empty())
+        if (!m_strHeld.empty()) {
+            KeepMended();
             return TakeHeld(line);
+        }
         Note(TIENote::LeftOut, "line.note", m_nLine, {}, "no point stands ahead of this note");
         return Taken;
     }
     const EAnswer eAnswer = m_strHeld.empty() ? Taken : TakeHeld({});
     m_strHeld = line;
     m_nHeldLine = m_nLine;
+    KeepMended();
     return eAnswer;
 }
 

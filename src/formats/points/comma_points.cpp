@@ -109,6 +109,8 @@ CIERecordImporter::EAnswer CIECommaPointImporter::TakePieceLine(std::string_view
 {
     const EIEPiece ePiece = kPieceLines[m_nPiece].m_ePiece;
     const std::string_view text = line.substr(0, line.find(','));
+    KeepMended();
+    KeepBehindComma(ePiece, line.substr(text.size()));
     if (!m_Reader.ReadPiece(ePiece, text, m_Record))
         return RefuseRecord(m_nLine, m_strName);
     if (ePiece == Name)
@@ -118,8 +120,23 @@ CIERecordImporter::EAnswer CIECommaPointImporter::TakePieceLine(std::string_view
     TakePoint(m_Record, m_nLine);
     m_Record = {};
     m_strName.clear();
+    m_bNumberCut = false;
     m_nPiece = 0;
     return Taken;
+}
+
+/// What stands behind a comma isn't read; of the numbers of a point the first is told of.
+void CIECommaPointImporter::KeepBehindComma(EIEPiece ePiece, std::string_view rest)
+{
+    if (rest.find_first_not_of(", ") == std::string_view::npos)
+        return;
+    if (ePiece == Name || ePiece == Code) {
+        KeepNote(TIENote::LeftOut, "line.fields", "what stands behind the comma in its line isn't read");
+    } else if (!m_bNumberCut) {
+        KeepNote(TIENote::Changed, "line.number-cut",
+                 "what stands behind the comma in its number isn't read; a decimal point is a point");
+        m_bNumberCut = true;
+    }
 }
 
 void CIECommaPointImporter::NoteEnd() const

@@ -18,9 +18,11 @@ protected:
 
 private:
     EAnswer TakePieceLine(std::string_view line);
+    void KeepBehindComma(EIEPiece ePiece, std::string_view rest);
 
     int m_nCode;
-    int m_nPiece = 0; ///< five lines a point: which of them comes next
+    int m_nPiece = 0;          ///< five lines a point: which of them comes next
+    bool m_bNumberCut = false; ///< and that a number of the point goes on behind a comma has been seen
     CString m_strName;
     TIEPointRecord m_Record;
 };

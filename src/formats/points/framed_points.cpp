@@ -16,7 +16,9 @@ constexpr TIEReadForm kReadForm = {.m_nCode = 38,
                                    .m_Places = kPlaces,
                                    .m_cDelimiter = ',',
                                    .m_eNumbers = TIEReadForm::WithoutUnits,
-                                   .m_nFewestFields = 4};
+                                   .m_nFewestFields = 4,
+                                   .m_pTag = "G",
+                                   .m_nMostFields = 6};
 
 // ---- writing
 

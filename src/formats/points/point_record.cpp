@@ -23,13 +23,52 @@ CString Excerpt(std::string_view text)
     return CString(IEUtils::Left(text, kShown));
 }
 
+bool IsNumber(EIEPiece ePiece)
+{
+    return ePiece == EIEPiece::North || ePiece == EIEPiece::East || ePiece == EIEPiece::Height;
+}
+
+constexpr std::string_view kNumberStart = "+-0123456789.";
+constexpr std::string_view kNumberEnd = "0123456789.";
+
+/// Columns of a line, with the blanks in them.
+std::string_view Columns(std::string_view text, bool bAscii, int nFirst, int nWidth)
+{
+    if (!bAscii)
+        return IEUtils::Mid(text, nFirst, nWidth);
+    return text.substr(std::min(static_cast<std::size_t>(nFirst), text.size()), static_cast<std::size_t>(nWidth));
+}
+
+/// Whether a number says something else with what stands right at its ends; a zero behind its decimals doesn't count.
+bool ChangesNumber(std::string_view ahead, std::string_view number, std::string_view behind)
+{
+    const auto isPoints = [](std::string_view text) { return text.find_first_not_of('.') == std::string_view::npos; };
+    if (isPoints(ahead) && isPoints(behind))
+        return false;
+    double dRead = 0.0;
+    double dWhole = 0.0;
+    return !IEUtils::StringToDouble(number, dRead, false) ||
+           !IEUtils::StringToDouble(CString(ahead) + CString(number) + CString(behind), dWhole, false) ||
+           dRead != dWhole;
+}
+
 } // namespace
 
 bool CIERecordReader::Read(std::string_view text, TIEPointRecord& record)
 {
     record = {};
     m_Doubts.clear();
-    return m_Form.m_cDelimiter != '\0' ? ReadFields(text, record) : ReadColumns(text, record);
+    const bool bFields = m_Form.m_cDelimiter != '\0';
+    if (bFields ? !ReadFields(text, record) : !ReadColumns(text, record))
+        return false;
+    if (bFields)
+        DoubtFields(text);
+    // where a short line has its code string, a point-to-line point has its first reference
+    const bool bReference = record.m_bRelative && record.m_CodeString.data() == record.m_FirstReference.data();
+    if (!record.m_bCode && !bReference && !IEUtils::Trim(record.m_CodeString).empty())
+        Doubt("line.code-string", "its code string \"" + Excerpt(record.m_CodeString) + "\" has no code ahead of it",
+              TIENote::LeftOut);
+    return true;
 }
 
 bool CIERecordReader::ReadFields(std::string_view text, TIEPointRecord& record)
@@ -73,20 +112,56 @@ bool CIERecordReader::ReadReferences(TIEPointRecord& record)
     return ReadPiece(EIEPiece::North, m_Fields[1], record) && ReadPiece(EIEPiece::East, m_Fields[2], record);
 }
 
+/// Tells of fields that nothing is read from.
+void CIERecordReader::DoubtFields(std::string_view text)
+{
+    if (m_Form.m_pTag && m_Fields[0] != m_Form.m_pTag)
+        Doubt("line.tag", "its first field \"" + Excerpt(m_Fields[0]) + "\" isn't \"" + m_Form.m_pTag + "\"",
+              TIENote::LeftOut);
+    if (m_Form.m_nMostFields == 0 || m_Fields.size() <= m_Form.m_nMostFields)
+        return;
+    const char filler[] = {m_Form.m_cDelimiter, ' ', '\0'};
+    text.remove_prefix(static_cast<std::size_t>(m_Fields[m_Form.m_nMostFields].data() - text.data()));
+    if (const std::size_t nFirst = text.find_first_not_of(filler); nFirst != std::string_view::npos)
+        Doubt("line.fields", "what stands behind its last field isn't read: \"" + Excerpt(text.substr(nFirst)) + "\"",
+              TIENote::LeftOut);
+}
+
 bool CIERecordReader::ReadColumns(std::string_view text, TIEPointRecord& record)
 {
     const bool bAscii = IsAscii(text); // its columns are its bytes
     text =
         bAscii ? text.substr(0, static_cast<std::size_t>(m_Form.m_nColumns)) : IEUtils::Left(text, m_Form.m_nColumns);
     for (const TIEPlace& place : m_Form.m_Places) {
-        const auto nFirst = std::min(static_cast<std::size_t>(place.m_nFirst), text.size());
-        const std::string_view field =
-            bAscii ? IEUtils::Trim(text.substr(nFirst, static_cast<std::size_t>(place.m_nWidth)))
-                   : IEUtils::Column(text, place.m_nFirst, place.m_nWidth);
-        if (!ReadPiece(place.m_ePiece, field, record))
+        if (!ReadPiece(place.m_ePiece, IEUtils::Trim(Columns(text, bAscii, place.m_nFirst, place.m_nWidth)), record))
             return false;
     }
+    DoubtNumbers(text, bAscii);
     return true;
+}
+
+/// Tells of a number that reaches beyond its columns, into the gap ahead of it or behind it.
+void CIERecordReader::DoubtNumbers(std::string_view text, bool bAscii)
+{
+    const std::span<const TIEPlace> places = m_Form.m_Places;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const TIEPlace& place = places[i];
+        const std::string_view number = Columns(text, bAscii, place.m_nFirst, place.m_nWidth);
+        if (!IsNumber(place.m_ePiece) || number.empty())
+            continue;
+        const int nEnd = place.m_nFirst + place.m_nWidth;
+        const int nGap = i > 0 ? places[i - 1].m_nFirst + places[i - 1].m_nWidth : 0;
+        const int nNext = i + 1 < places.size() ? places[i + 1].m_nFirst : TIEPlace::kToEnd;
+        std::string_view ahead = Columns(text, bAscii, nGap, place.m_nFirst - nGap);
+        std::string_view behind = Columns(text, bAscii, nEnd, nNext - nEnd);
+        ahead.remove_prefix(number.starts_with(' ') ? ahead.size() : ahead.find_last_not_of(kNumberStart) + 1);
+        behind = behind.substr(0, number.ends_with(' ') ? 0 : behind.find_first_not_of(kNumberEnd));
+        if (!ChangesNumber(ahead, number, behind))
+            continue;
+        Doubt("line.number-cut", "its number \"" + CString(ahead) + CString(number) + Excerpt(behind) +
+                                     "\" reaches beyond its columns, and what stands there isn't read");
+        return;
+    }
 }
 
 bool CIERecordReader::ReadPiece(EIEPiece ePiece, std::string_view text, TIEPointRecord& record)
@@ -169,9 +244,9 @@ bool CIERecordReader::ReadNumber(std::string_view text, bool bHeight, const char
     return bLeftOut ? Doubt("line.number", strReason + " and is 0") : Refuse("line.number", strReason);
 }
 
-bool CIERecordReader::Doubt(const char* pCode, CString strReason)
+bool CIERecordReader::Doubt(const char* pCode, CString strReason, TIENote::EKind eKind)
 {
-    m_Doubts.push_back({pCode, std::move(strReason)});
+    m_Doubts.push_back({eKind, pCode, std::move(strReason)});
     return true;
 }
 

@@ -76,12 +76,19 @@ struct TIEReadForm {
     bool m_bAlwaysCode = false;        ///< the point gets a code also where its field is empty
     bool m_bRelative = false;          ///< a line of seven fields or more is a point-to-line point
     bool m_bFirstFieldOnly = false;    ///< what stands behind a comma within a field doesn't count
+    const char* m_pTag = nullptr;      ///< what the first field of each record should be
+    std::size_t m_nMostFields = 0;     ///< if it isn't 0: what stands behind them means nothing
 };
 
 /// A comma list with those fields, of which the code, its string and the height may lack.
 constexpr TIEReadForm CommaForm(int nCode, std::span<const TIEPlace> places)
 {
-    return {.m_nCode = nCode, .m_Places = places, .m_cDelimiter = ',', .m_bHeightMayLack = true, .m_bRelative = true};
+    return {.m_nCode = nCode,
+            .m_Places = places,
+            .m_cDelimiter = ',',
+            .m_bHeightMayLack = true,
+            .m_bRelative = true,
+            .m_nMostFields = 8};
 }
 
 inline constexpr TIEPlace kNorthFirstFields[] = {{EIEPiece::Name, 0}, {EIEPiece::North, 1},
@@ -112,8 +119,9 @@ public:
     /// The same for one piece alone.
     bool ReadPiece(EIEPiece ePiece, std::string_view text, TIEPointRecord& record);
 
-    /// Something of a record that was taken and didn't come in as it stands.
+    /// Something of a record that was taken and didn't come in, or not as it stands.
     struct TDoubt {
+        TIENote::EKind m_eKind;
         const char* m_pCode; ///< stable word
         CString m_strReason; ///< a sentence
     };
@@ -133,9 +141,11 @@ private:
     bool ReadReferences(TIEPointRecord& record);
     bool ReadNumber(std::string_view text, bool bHeight, const char* pWhat, double& dValue);
     bool ReadHeight(std::string_view text, TIEPointRecord& record);
+    void DoubtFields(std::string_view text);
+    void DoubtNumbers(std::string_view text, bool bAscii);
     bool Refuse(const char* pCode, CString strReason);
     /// Keeps what isn't as it should be for the host. True.
-    bool Doubt(const char* pCode, CString strReason);
+    bool Doubt(const char* pCode, CString strReason, TIENote::EKind eKind = TIENote::Changed);
 
     const TIEReadForm& m_Form;
     const TIEJobInfo& m_Info;

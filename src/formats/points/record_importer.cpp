@@ -50,14 +50,13 @@ EIEResult CIERecordImporter::ReadLines(CIETextFile& file, CIEDataset& dataset)
             Refuse(m_nLine, {}, "line.too-long", "the line is longer than any record can be");
             return IE_BAD_CONTENT;
         }
+        m_bMended = bRead && file.WasMended();
+        if (m_bMended)
+            m_strEncoding = file.GetEncoding();
         m_pPoint.reset();
         const EAnswer eAnswer = TakeLine(line);
-        if (m_pPoint) {
-            if (file.WasMended())
-                Note(TIENote::Changed, "line.bad-characters", m_nLine, m_pPoint->GetName(),
-                     "bytes without a meaning in " + file.GetEncoding() + " became U+FFFD");
+        if (m_pPoint)
             dataset.Add(std::move(m_pPoint));
-        }
         if (eAnswer == Refused)
             return IE_BAD_CONTENT;
         if (eAnswer == NotOurs)
@@ -91,6 +90,7 @@ CIERecordImporter::EAnswer CIERecordImporter::TakeRecord(std::string_view text, 
     TIEPointRecord record;
     if (!m_Reader.Read(text, record))
         return RefuseRecord(nLine, record.m_Name);
+    KeepMended();
     TakePoint(record, nLine);
     return Taken;
 }
@@ -102,7 +102,22 @@ void CIERecordImporter::TakePoint(const TIEPointRecord& record, std::int64_t nLi
         Note(TIENote::Changed, "line.height", nLine, m_pPoint->GetName(),
              "it has no height; " + IEUtils::DoubleToString(m_Form.m_dMissingHeight, -1) + " m stands for that");
     for (const CIERecordReader::TDoubt& doubt : m_Reader.GetDoubts())
-        Note(TIENote::Changed, doubt.m_pCode, nLine, m_pPoint->GetName(), doubt.m_strReason);
+        Note(doubt.m_eKind, doubt.m_pCode, nLine, m_pPoint->GetName(), doubt.m_strReason);
+    for (TLineNote& note : m_LineNotes)
+        Note(note.m_eKind, note.m_pCode, note.m_nLine, m_pPoint->GetName(), std::move(note.m_strReason));
+    m_LineNotes.clear();
+}
+
+void CIERecordImporter::KeepNote(TIENote::EKind eKind, const char* pCode, CString strReason)
+{
+    m_LineNotes.push_back({eKind, pCode, m_nLine, std::move(strReason)});
+}
+
+void CIERecordImporter::KeepMended()
+{
+    if (m_bMended)
+        KeepNote(TIENote::Changed, "line.bad-characters",
+                 "bytes without a meaning in " + m_strEncoding + " became U+FFFD");
 }
 
 CIERecordImporter::EAnswer CIERecordImporter::Refuse(std::int64_t nLine, CString strName, const char* pCode,

@@ -36,8 +36,13 @@ protected:
 
     /// Reads a whole record into m_pPoint. `nLine` is where it stands.
     EAnswer TakeRecord(std::string_view text, std::int64_t nLine);
-    /// Puts the point of a record into m_pPoint.
+    /// Puts the point of a record into m_pPoint, and tells what was kept of its lines.
     void TakePoint(const TIEPointRecord& record, std::int64_t nLine);
+    /// Keeps something of the line being taken until its point is taken, whose name is then known. `pCode` lives for
+    /// ever.
+    void KeepNote(TIENote::EKind eKind, const char* pCode, CString strReason);
+    /// Keeps it if bytes of the line being taken had no meaning.
+    void KeepMended();
     /// Tells of the record that ends the import; `nLine` is where it stands.
     EAnswer Refuse(std::int64_t nLine, CString strName, const char* pCode, CString strReason) const;
     /// The same with the reader's reason.
@@ -48,9 +53,19 @@ protected:
     std::int64_t m_nLine = 0;            ///< the line being taken, from 1
 
 private:
+    struct TLineNote {
+        TIENote::EKind m_eKind;
+        const char* m_pCode;
+        std::int64_t m_nLine;
+        CString m_strReason;
+    };
+
     EIEResult ReadLines(CIETextFile& file, CIEDataset& dataset);
     void NoteRest(CIETextFile& file) const;
     void NoteUnits() const;
 
     const TIEReadForm& m_Form;
+    std::vector<TLineNote> m_LineNotes; ///< of the lines of the point that is being read
+    bool m_bMended = false;             ///< bytes of the line being taken had no meaning ...
+    CString m_strEncoding;              ///< ... in this encoding, which is the file's
 };

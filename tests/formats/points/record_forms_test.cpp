@@ -111,6 +111,8 @@ TEST_F(RecordFormsTest, TellsWhatWillNotComeBack)
     EXPECT_THAT(notesOf(13, "P ", 1), ElementsAre("object.name P "));
     EXPECT_THAT(notesOf(13, "P", -123456789.125), ElementsAre());
     EXPECT_THAT(notesOf(13, "P", -1234567890.125), ElementsAre("line.unreadable P"));
+    EXPECT_THAT(notesOf(7, "P", 123456), ElementsAre("object.notes P"));
+    EXPECT_THAT(notesOf(7, "P", 1234567), ElementsAre("line.unreadable P"));
 
     auto pJob = std::make_unique<CIEData>();
     CIEDataset& dataset = *pJob->AddDataset(std::make_unique<CIEDataset>("Site"));
@@ -179,9 +181,10 @@ const TCase kCases[] = {
     // comma lists
     {28, "P,1,2,3,ROAD\r\nQ,-4,5.5,,\r\n",         "point P 1 2 3 ROAD()\npoint Q -4 5.5 -"},
     {13, "P,1,2,3,ROAD,s\nQ,1,2\n",                "point P 2 1 3 ROAD()&s\npoint Q 2 1 -"},
-    {14, "P,1,2,3,,s",                             "point P 2 1 3"},
+    {14, "P,1,2,3,,s\nQ,1,2,3,, ",                 "point P 2 1 3\npoint Q 2 1 3", IE_OK, "1:line.code-string "},
     {29, "P,1,2,3,R,s,A\n",                        "relative P 1 2 3 of s A along R()&s"},
-    {29, "P,1,2,3,R,s,A,B,more\n",                 "relative P 1 2 3 of A B along R()&s"},
+    {29, "P,1,2,3,R,s,A,B,more\n",                 "relative P 1 2 3 of A B along R()&s", IE_OK, "1:line.fields "},
+    {28, "P,1,2,3,R,s,A,B, ,,,x\nQ,1,2,3,,s,A,B,, ,\n", "relative P 1 2 3 of A B along R()&s\nrelative Q 1 2 3 of A B along", IE_OK, "1:line.fields 2:line.code-string "},
     {13, "P,1,2,3,,A,B\nQ,1,2,3,,,A,B\n",          "relative P 1 2 3 of A B along\nrelative Q 1 2 3 of A B along"},
     {28, "P,1,2,3\r\n\r\n",                        "point P 1 2 3"},
     {28, "P,1,2,3\r\n\r\nQ,1,2,3\r\n",             "point P 1 2 3", IE_BAD_CONTENT, "2:line.empty "},
@@ -196,18 +199,24 @@ const TCase kCases[] = {
     // five lines
     {10, "P\r\n1\r\n2\r\n3\r\nC\r\nQ\r\n4\r\n5\r\n6\r\n\r\n", "point P 1 2 3 C()\npoint Q 4 5 6"},
     {10, "P\n1\n2\n3",                             "point P 1 2 3"},
-    {10, "P,x\n1,x\n2\n3\nC,x\n",                  "point P 1 2 3 C()"},
+    {10, "P,\n1, \n2,,\n3\nC, ,\n",                "point P 1 2 3 C()"},
+    {10, "P,x\n1,x\n2,5\n3\nC,x\nQ\n1\n2,5\n3\n\n",   "point P 1 2 3 C()\npoint Q 1 2 3", IE_OK,
+         "1:line.fields 2:line.number-cut 5:line.fields 8:line.number-cut "},
+    {10, "P\n1\n2\n3\nC\x81\nQ\n1\n2\n3\nD\nR\x81,\n1\n2\n3\n\x81\n", "point P 1 2 3 C\uFFFD()\npoint Q 1 2 3 D()\npoint R\uFFFD 1 2 3 \uFFFD()", IE_OK,
+         "5:line.bad-characters 11:line.bad-characters 15:line.bad-characters "},
     {10, "P\n1\n2\n3\n\nQ\n4\n",                   "point P 1 2 3", IE_OK, "7:line.cut "},
     {10, "P\n1\nx\n3\n\n",                         "", IE_BAD_CONTENT, "3:line.number "},
     {10, "P\n1\n2\n3\n\n\n1\n",                    "point P 1 2 3", IE_BAD_CONTENT, "6:line.name "},
     // columns with code and name
     {15, "       0   oak      TREE     P-1         1.000         2.000         3.000     0 0", "point P-1 1 2 3 TREE()&oak"},
     {15, "       0                 P-äöü-7         1.000        -2.000         3.000", "point P-äöü-7 1 -2 3"},
-    {15, "       0   oak             P             1.000         2.000         3.000", "point P 1 2 3"},
+    {15, "       0   oak             P             1.000         2.000         3.000", "point P 1 2 3", IE_OK, "1:line.code-string "},
     {15, "       0                     P           1.000         2.000", "", IE_BAD_CONTENT, "1:line.number "},
     {15, "       0                                 1.000         2.000         3.000", "", IE_BAD_CONTENT, "1:line.name "},
     // the frame
     {38, "A,01,Z,\r\nG,P,1,2,3,X,\r\nG,Q,1,2\r\nG,R,1,2,h\r\nZ,&,\r\n", "point P 1 2 3\npoint Q 1 2 0\npoint R 1 2 0", IE_OK, "4:line.number "},
+    {38, "A,01,Z,\nH,P,1,2,3,X,\nG,Q,1,2,3,,,\nG,R,1,2,3,K,A,B\nZ,&,\n", "point P 1 2 3\npoint Q 1 2 3\npoint R 1 2 3", IE_OK,
+         "2:line.tag 4:line.fields "},
     {38, "A,01,Z,\nG,P,1,2,3,X,\n",                "point P 1 2 3", IE_OK, "2:file.no-end "},
     {38, "A,01,Z,\nZ,&,\n",                        ""},
     {38, "A,01,Z,\n",                              "", IE_NOTHING_DONE, "1:file.no-end "},
@@ -221,6 +230,13 @@ const TCase kCases[] = {
          "                       B                 4.000         5.000         6.000\n!\n", "point P 1 2 3 A()\npoint B 4 5 6 B()"},
     {36, "!lost\n                       A       P         1.000         2.000         3.000\n", "point P 1 2 3 A()", IE_OK, "1:line.note "},
     {36, "                       A       P         1.000         2.000         3.000\nrubbish\n!n\n", "point P 1 2 3 A()", IE_BAD_CONTENT, "2:line.number "},
+    {36, "                      ?\x81       P         1.000         2.000         3.000\n!n\x81\n"
+         "                       A       Q         1.000         2.000         3.000\n"
+         "                      ?\x81       R         1.000         2.000         3.000\n"
+         "                       A       S         1.000         2.000         3.000\n",
+         "point P 1 2 3 'n\uFFFD' ?\uFFFD()\npoint Q 1 2 3 A()\npoint R 1 2 3 ?\uFFFD()\npoint S 1 2 3 A()", IE_OK,
+         "1:line.bad-characters 2:line.bad-characters 4:line.bad-characters "},
+    {36, "!lost\x81\n                       A       P         1.000         2.000         3.000\n", "point P 1 2 3 A()", IE_OK, "1:line.note "},
     // columns with two control codes
     {45, "     S1 oak      P    TREE2       1.000       2.000           3.000", "point P 1 2 3 TRE()&oak@S1@E2"},
     {45, "     S1 oak      P    TREE2       1.000       2.000           3.000\r\n     S1 oak              E2       1.000       2.000           3.000", "point P 1 2 3 TRE()&oak@S1@E2", IE_BAD_CONTENT, "2:line.name "},
@@ -246,6 +262,20 @@ const TCase kCases[] = {
     {36, "12345678abcdefghIJKLMNOPqrstuvwx-100000000.125-200000000.125-300000000.125", "point qrstuvwx -100000000.125 -200000000.125 -300000000.125 IJKLMNOP()&abcdefgh@12345678"},
     {45, "....c00strinameof7....codc1.-100000.125.-200000.125........-300.125.", "point nameof7 -100000.125 -200000.125 -300.125 cod()&stri@c00@c1"},
     {47, " 05 nameoften1.codeof-8.-1000000.125.-200000.125.-300.125...noteof7.", "point nameoften1 -1000000.125 -200000.125 -300.125 'noteof7' codeof-8()"},
+    // numbers that reach into a gap between fields
+    {45,  "    S1     P          T     1.5         2.5                3.5\n", "point P 1.5 2.5 3.5 T()@S1"},
+    {45,  "    S1     P          T     12345.500014 2.5               3.5\n", "point P 12345.50001 2.5 3.5 T()@S1", IE_OK, "1:line.number-cut "},
+    {45,  "    S1     P          T     12345.500010 2.5               3.5\n", "point P 12345.50001 2.5 3.5 T()@S1"},
+    {45,  "    S1     P          T     1.5        -12345.50001        3.5\n", "point P 1.5 12345.50001 3.5 T()@S1", IE_OK, "1:line.number-cut "},
+    {45,  "    S1     P          T     1.5        +12345.50001        3.5\n", "point P 1.5 12345.50001 3.5 T()@S1"},
+    {45,  "    S1     P          T     1.5         2.5              -12345.1234\n", "point P 1.5 2.5 2345.123 T()@S1", IE_OK, "1:line.number-cut "},
+    {45,  "    S1     P          T     1.5         2.5              7  345.67  9\n", "point P 1.5 2.5 345.67 T()@S1"},
+    {45,  "           ä                1.5         2.5                345.67891\n", "point ä 1.5 2.5 345.6789 ()", IE_OK, "1:line.number-cut "},
+    {47,  " 05 P                   1.5          2345678.9012345.67891\n", "point P 1.5 2345678.901 345.6789", IE_OK, "1:line.number-cut "},
+    {47,  " 05 P                   1.5          2.5         345.67891  seen\n", "point P 1.5 2.5 345.6789 'seen'", IE_OK, "1:line.number-cut "},
+    {7,   "P        001 123456.000000 12345.000001 3.000000\n", "point P 123456 12345 3", IE_OK, "1:line.number-cut "},
+    {7,   "P        001 123456.000000 12345.000000 3.000000\n", "point P 123456 12345 3"},
+    {36,  "                        P       1.5           2.5           123456789.12345\n", "point P 1.5 2.5 123456789.1234 ()", IE_OK, "1:line.number-cut "},
     {7,  "nameof-8.....-10000000.125-2000000.125.-3000000.125.....notes", "point nameof-8 -10000000.125 -2000000.125 -3000000.125 'notes'"},
 };
 // clang-format on
