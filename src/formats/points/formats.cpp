@@ -118,7 +118,8 @@ constexpr TIEFormatRow kRows[] = {
      Read<CIEFixedColumnImporter>, nullptr},
     {kOut,  7, "columns-001",         "Fixed columns, records marked 001",                          "txt", kPoints,
      "Name in 8 columns, north, east and height with 6 decimals in the job's units, and the whole name behind them, from which a reader "
-     "takes the note. A number of more than 12 characters moves what follows, and the row can't be read back.",
+     "takes the note. A number of more than 12 characters moves what follows: a reader loses "
+     "digits, and refuses the row where two numbers run together.",
      nullptr, Write<CIEFixedColumnExporter>},
     {kIn,  15, "columns-code",        "Fixed columns with code string, code and name",              "txt", kStrings,
      "Code string, code and name in 8 columns each, then north, east and height in 14; lengths in the job's units. A bad row ends the import.",
@@ -132,7 +133,7 @@ constexpr TIEFormatRow kRows[] = {
      Read<CIEColumnPointImporter>, nullptr},
     {kOut, 47, "columns-note",        "Fixed columns with note lines",                              "txt", kControls | CARRIES_NOTES,
      "Two lines a point. First control code, code string, code and name in 8 columns each, then north, east and height in 14 with 3 "
-     "decimals in the job's units; the second line is \"!\" and the note.",
+     "decimals in the job's units; the second line is \"!\" and the note, or empty without one.",
      nullptr, Write<CIEColumnListExporter>},
     {kIn,  45, "columns-control",     "Fixed columns with two control codes",                       "txt", kControls,
      "Control codes in 3 and 2 columns, code string in 4, name in 7, code in 3, north, east, height; lengths in the job's units. Every "
@@ -161,38 +162,43 @@ constexpr TIEFormatRow kRows[] = {
      "point on a reference line, with north ahead of east. A bad line ends the import.",
      Read<CIECommaPointImporter>, nullptr},
     {kOut, 11, "comma-enh",           "Comma list: name, east, north, height, code",                "csv txt", kCoded | CARRIES_RELATIVE_POINTS,
-     "4 decimals in the job's units; the first code only. A point on a reference line has north ahead of east, and its references behind.",
+     "4 decimals in the job's units; the first code only. A point-to-line point has its references behind; whatever the "
+     "order of the form, north stands first if its coordinates are of the type point-to-line, and east if they are regular; of other types none is written.",
      nullptr, Write<CIECommaPointExporter>},
     {kIn,  14, "comma-enh-string",    "Comma list: name, east, north, height, code, code string",   "csv txt", kStrings | CARRIES_RELATIVE_POINTS,
      "The same as code 13.",
      Read<CIECommaPointImporter>, nullptr},
     {kOut, 12, "comma-enh-string",    "Comma list: name, east, north, height, code, code string",   "csv txt", kStrings | CARRIES_RELATIVE_POINTS,
-     "4 decimals in the job's units; the first code only, with its first code string. A point on a reference line has north ahead of east, and its references behind.",
+     "4 decimals in the job's units; the first code only, with its first code string. A point-to-line point has its references behind; whatever the "
+     "order of the form, north stands first if its coordinates are of the type point-to-line, and east if they are regular; of other types none is written.",
      nullptr, Write<CIECommaPointExporter>},
     {kIn,  28, "comma-neh",           "Comma list: name, north, east, height, code",                "csv txt", kStrings | CARRIES_RELATIVE_POINTS,
      "Lengths in the job's units. A height may be missing, and a code string may follow the code. A line with seven fields or more is a "
      "point on a reference line. A bad line ends the import.",
      Read<CIECommaPointImporter>, nullptr},
     {kOut, 36, "comma-neh",           "Comma list: name, north, east, height, code",                "csv txt", kCoded | CARRIES_RELATIVE_POINTS,
-     "4 decimals in the job's units; the first code only. A point on a reference line has north ahead of east, and its references behind.",
+     "4 decimals in the job's units; the first code only. A point-to-line point has its references behind; whatever the "
+     "order of the form, north stands first if its coordinates are of the type point-to-line, and east if they are regular; of other types none is written.",
      nullptr, Write<CIECommaPointExporter>},
     {kIn,  29, "comma-neh-string",    "Comma list: name, north, east, height, code, code string",   "csv txt", kStrings | CARRIES_RELATIVE_POINTS,
      "The same as code 28.",
      Read<CIECommaPointImporter>, nullptr},
     {kOut, 37, "comma-neh-string",    "Comma list: name, north, east, height, code, code string",   "csv txt", kStrings | CARRIES_RELATIVE_POINTS,
-     "4 decimals in the job's units; the first code only, with its first code string. A point on a reference line has north ahead of east, and its references behind.",
+     "4 decimals in the job's units; the first code only, with its first code string. A point-to-line point has its references behind; whatever the "
+     "order of the form, north stands first if its coordinates are of the type point-to-line, and east if they are regular; of other types none is written.",
      nullptr, Write<CIECommaPointExporter>},
     {kIn,  38, "framed-comma",        "Comma list in a frame: G, name, north, east, height, check", "txt csv", kPoints,
      "Between the lines \"A,01,Z,\" and \"Z,&,\". The file states no unit: values enter the job unchanged, as metres. The check character isn't looked at. A bad line ends the import.",
      Read<CIEFramedPointImporter>, nullptr, RecognizeFramed},
     {kOut, 49, "framed-comma",        "Comma list in a frame: G, name, north, east, height, check", "txt csv", kPoints,
-     "Between the lines \"A,01,Z,\" and \"Z,&,\"; 3 decimals in the job's units, and a check character a line. The file states no unit.",
+     "Between the lines \"A,01,Z,\" and \"Z,&,\"; 3 decimals in the job's units, and a check character a line. The file states no unit. "
+     "The line of a point-to-line point has 4 decimals, the first code and both references, and no check; a reader takes no more than the plain point.",
      nullptr, Write<CIEFramedPointExporter>},
     {kOut, 50, "comma-neh-plain",     "Comma list: name, north, east, height",                      "csv txt", kPoints | CARRIES_RELATIVE_POINTS,
-     "3 decimals in the job's units, no code. Reads back as comma-neh.",
+     "3 decimals in the job's units, no code. A point-to-line point has 4 decimals, the first code, and its references behind. Reads back as comma-neh.",
      nullptr, Write<CIEFramedPointExporter>},
     {kOut, 51, "comma-neh-string-3",  "Comma list: name, north, east, height, code, code string, in 3 decimals", "csv txt", kStrings | CARRIES_RELATIVE_POINTS,
-     "3 decimals in the job's units; the first code with its first code string. Reads back as comma-neh-string.",
+     "3 decimals in the job's units; the first code with its first code string. A point-to-line point has 4 decimals, and its references behind. Reads back as comma-neh-string.",
      nullptr, Write<CIEFramedPointExporter>},
 
     {kIn,  11, "block-fgh",           "Blocks of 128 characters, fields f g h with a unit letter",  "txt", kJoined | CARRIES_CODES,
