@@ -91,6 +91,7 @@ void TakeSettings(CFuzzInput& input, CIEData& job)
     settings.m_eCoordsStyle = static_cast<ECOORDS_STYLE>(nUnits / 8 % 6);
     settings.m_nNorthDecimals = settings.m_nEastDecimals = settings.m_nHeightDecimals =
         kDecimals[nTexts % std::size(kDecimals)];
+    settings.m_nMostBlockCopies = 2000; // more teach nothing
     settings.m_strCodePage = kCodePages[nTexts / std::size(kDecimals) % std::size(kCodePages)];
     job.SetSettings(std::move(settings));
 
@@ -102,7 +103,9 @@ void TakeSettings(CFuzzInput& input, CIEData& job)
 EIEResult Import(CIEData& job, const CString& strFile)
 {
     const EIEResult eResult = ImportInTheSameThread(&job, strFile, g_pRow->m_nCode);
-    Require(eResult == IE_OK || eResult == IE_PARTIAL || eResult == IE_BAD_CONTENT || eResult == IE_NOTHING_DONE,
+    const bool bTooManyCopies = eResult == IE_OUT_OF_MEMORY && g_pRow->m_pKey == std::string_view("dxf");
+    Require(eResult == IE_OK || eResult == IE_PARTIAL || eResult == IE_BAD_CONTENT || eResult == IE_NOTHING_DONE ||
+                bTooManyCopies,
             "an import of a file that is there ends in one of four results");
     CheckJob(job);
     return eResult;

@@ -141,6 +141,7 @@ TEST(JobRefusals, PlacesAreExact)
         {Marked(R"("info":{"prismConstant":1.0})"), "/info/prismConstant"},
         {Marked(R"("settings":{"historyOptions":256})"), "/settings/historyOptions"},
         {Marked(R"("settings":{"eastDecimals":99})"), "/settings/eastDecimals"},
+        {Marked(R"("settings":{"mostBlockCopies":-1})"), "/settings/mostBlockCopies"},
         {Marked(R"("settings":{"writeEncoding":"no such"})"), "/settings/writeEncoding"},
         {Marked(R"("settings":{"codePage":"no such"})"), "/settings/codePage"},
         {Marked(R"("settings":{"asciiFormat":{"delimiter":"\n"}})"), "/settings/asciiFormat/delimiter"},

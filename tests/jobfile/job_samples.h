@@ -63,6 +63,7 @@ inline void FillSettings(TIESettings& settings)
     settings.m_pAsciiFormat->m_bWriteHeader = true;
     settings.m_pAsciiFormat->m_Fields = {IEAsciiFields::Name, IEAsciiFields::East, IEAsciiFields::Notes};
     settings.m_cHistoryOptions = 255;
+    settings.m_nMostBlockCopies = 0;
     settings.SetNoDataTypes();
     settings.SetDataType(EIEDataType::Points, true);
     settings.SetDataType(EIEDataType::JobHistory, true);

@@ -95,6 +95,7 @@ TEST(Settings, ACopyHasEverythingAndALayoutOfItsOwn)
     settings.m_nEastDecimals = 5;
     settings.m_nHeightDecimals = 6;
     settings.m_cHistoryOptions = 7;
+    settings.m_nMostBlockCopies = 8;
     settings.m_hWnd = Platform::BroadcastWindow();
     settings.m_pMessageBox = reinterpret_cast<IIEMessageBox*>(&settings);
     settings.m_strCodePage = "CP1251";
@@ -110,6 +111,7 @@ TEST(Settings, ACopyHasEverythingAndALayoutOfItsOwn)
     EXPECT_EQ(copy.m_eCoordsStyle, ECOORDS_STYLE::Digits);
     EXPECT_EQ(copy.m_nNorthDecimals * 100 + copy.m_nEastDecimals * 10 + copy.m_nHeightDecimals, 456);
     EXPECT_EQ(copy.m_cHistoryOptions, 7);
+    EXPECT_EQ(copy.m_nMostBlockCopies, 8);
     EXPECT_EQ(copy.m_hWnd, settings.m_hWnd);
     EXPECT_EQ(copy.m_pMessageBox, settings.m_pMessageBox);
     EXPECT_EQ(copy.m_strCodePage + copy.m_strWriteEncoding, "CP1251UTF-16");

@@ -12,6 +12,9 @@ constexpr auto kOut = EIEDirection::Export;
 constexpr unsigned kDrawing = CARRIES_POINTS | CARRIES_LINES | CARRIES_POLYGONS | CARRIES_ARCS | CARRIES_SURFACES |
                               CARRIES_CODES | CARRIES_ATTRIBUTES | CARRIES_LAYERS;
 
+/// Of a drawing that is read. Colours, line types and widths are those of its entities.
+constexpr unsigned kReadDrawing = kDrawing | CARRIES_CODE_STRINGS | CARRIES_DRAWING;
+
 EIERecognition Recognize(std::string_view head)
 {
     // this reader's own mark of a binary file ends in 0x16; the usual one, in 0x1A, is the drawing engine's
@@ -35,7 +38,7 @@ std::unique_ptr<CIEImporter> MakeImporter(CIEData* pData, const CString& strFile
 
 // clang-format off
 constexpr TIEFormatRow kRows[] = {
-    {kIn,  4, "dxf", "DXF drawing", "dxf dxb", kDrawing,
+    {kIn,  4, "dxf", "DXF drawing", "dxf dxb", kReadDrawing,
      "X is east, Y is north. Points, lines, polylines, arcs, 3D faces and layers; attributes of block references become codes.",
      MakeImporter, nullptr, Recognize},
     {kOut, 4, "dxf", "DXF drawing", "dxf dxb", kDxfWriteCarries,

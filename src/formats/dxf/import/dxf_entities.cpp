@@ -140,10 +140,7 @@ bool CDXFImporter::Point(const CString& strBlock, const TBase& base, TToken& tok
     }
     auto pPoint = std::make_unique<CIEDesignPoint>();
     pPoint->SetCoords(station.m_dNorth, station.m_dEast, station.m_dHeight, 0.0);
-    auto pProperties = std::make_unique<CIEDrawPointProperties>();
-    if (entity.m_nColor > 0)
-        pProperties->SetColor(m_AutoCADUtils.Convert256ToRGB(entity.m_nColor));
-    m_pRun->AddObject(std::move(pPoint), entity, strBlock, std::move(pProperties));
+    m_pRun->AddObject(std::move(pPoint), entity, strBlock, m_pRun->MakePointProperties(entity));
     return true;
 }
 

@@ -148,14 +148,27 @@ const CIELayer* CDXFImporter::TRun::FindLayer(const TEntity& entity)
     return pLayer;
 }
 
-std::unique_ptr<CIEDrawLineProperties> CDXFImporter::TRun::MakeLineProperties(const TEntity& entity) const
+std::unique_ptr<CIEDrawProperties> CDXFImporter::TRun::MakePointProperties(const TEntity& entity) const
+{
+    if (entity.m_nColor == 0)
+        return nullptr;
+    auto pProperties = std::make_unique<CIEDrawPointProperties>();
+    pProperties->SetColor(m_Importer.m_AutoCADUtils.Convert256ToRGB(entity.m_nColor));
+    return pProperties;
+}
+
+std::unique_ptr<CIEDrawProperties> CDXFImporter::TRun::MakeLineProperties(const TEntity& entity) const
 {
     const CIEAutoCADUtils& utils = m_Importer.m_AutoCADUtils;
+    auto eStyle = CIEDrawLineProperties::ByLayer;
+    if (!entity.m_strLineType.empty())
+        eStyle = utils.ConvertCustomLineTypeToPredefined(entity.m_strLineType);
+    if (entity.m_nColor == 0 && !entity.m_bWidth && eStyle == CIEDrawLineProperties::ByLayer)
+        return nullptr;
     auto pProperties = std::make_unique<CIEDrawLineProperties>();
     if (entity.m_nColor > 0)
         pProperties->SetColor(utils.Convert256ToRGB(entity.m_nColor));
-    if (!entity.m_strLineType.empty())
-        pProperties->SetDashStyle(utils.ConvertCustomLineTypeToPredefined(entity.m_strLineType));
+    pProperties->SetDashStyle(eStyle);
     if (entity.m_bWidth)
         pProperties->SetWidth(entity.m_nWidth);
     return pProperties;

@@ -80,7 +80,9 @@ struct CDXFImporter::TRun {
     [[nodiscard]] CIEStation ToStation(const TCorner& corner, bool bAlwaysMeters = false) const;
     [[nodiscard]] double ToMeters(double dValue) const;
     [[nodiscard]] const CIELayer* FindLayer(const TEntity& entity);
-    [[nodiscard]] std::unique_ptr<CIEDrawLineProperties> MakeLineProperties(const TEntity& entity) const;
+    /// How the entity is drawn. Null where it says nothing of that.
+    [[nodiscard]] std::unique_ptr<CIEDrawProperties> MakePointProperties(const TEntity& entity) const;
+    [[nodiscard]] std::unique_ptr<CIEDrawProperties> MakeLineProperties(const TEntity& entity) const;
     /// Puts it behind the others. With a block's name it is part of that block.
     void AddObject(std::unique_ptr<CIEObject> pObject, const TEntity& entity, const CString& strBlock,
                    std::unique_ptr<CIEDrawProperties> pProperties);
