@@ -121,6 +121,8 @@ EExit Plot(const TPlotArguments& arguments)
                                                            arguments.m_strIn, unknown, ListLayers(job)));
     }
     const TScene scene = MakeScene(job, sceneOptions);
+    if (IsStopAsked())
+        return messages.Fail(EExit::Stopped, fmt::format("{} {}", arguments.m_strOut, ExplainExport(IE_STOPPED)));
     const TPicture picture = DrawPicture(scene, job, TitleOf(job, arguments.m_strIn), arguments.m_Picture);
     eExit = WritePicture(picture.m_strSvg, arguments, messages);
     if (eExit != EExit::Done)

@@ -3,10 +3,12 @@
 import os
 import sys
 import unittest
+import xml.etree.ElementTree as ET
 
-from program import CONTENT, DONE, ROOT, ProgramTest
+from program import CONTENT, DONE, LOSS, ROOT, ProgramTest
 
 CORPUS = os.path.join(os.environ.get("ALIDADE_CORPUS") or os.path.join(ROOT, "../shared/corpus"), "survey-text")
+DRAWINGS = os.path.join(os.path.dirname(CORPUS), "dxf")
 
 # file, options, points
 FILES = [
@@ -41,7 +43,24 @@ class Corpus(ProgramTest):
                 self.assertIn("--delimiter blank", self.check(CONTENT, "info", path).err)
 
 
+@unittest.skipUnless(os.path.isdir(DRAWINGS), f"there is no folder {DRAWINGS}")
+class Drawings(ProgramTest):
+    def test_every_drawing_that_can_be_read_has_a_picture(self):
+        drawn = 0
+        for name in sorted(name for name in os.listdir(DRAWINGS) if name.endswith(".dxf")):
+            with self.subTest(name):
+                answer = self.run_program("plot", os.path.join(DRAWINGS, name), "-o", "out.svg", "--overwrite")
+                self.assertIn(answer.status, (DONE, LOSS, CONTENT), answer.err)
+                if answer.status != CONTENT:
+                    content = self.read("out.svg")
+                    ET.fromstring(content)
+                    self.assertLess(len(content), 5000000)
+                    drawn += 1
+        self.assertGreater(drawn, 50)
+
+
 if __name__ == "__main__":
-    if not os.path.isdir(CORPUS):
-        print(f"skipped: there is no folder {CORPUS}", file=sys.stderr)
+    for folder in (CORPUS, DRAWINGS):
+        if not os.path.isdir(folder):
+            print(f"skipped: there is no folder {folder}", file=sys.stderr)
     unittest.main()

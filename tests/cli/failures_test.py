@@ -113,6 +113,7 @@ class Failures(ProgramTest):
         self.write("out.sim", "stays")
         for out in ("out.sim", "out.job.json"):
             self.check_failure(OUTPUT, "convert", QUARRY, out, "--overwrite", preexec_fn=small_files)
+        self.check_failure(OUTPUT, "plot", QUARRY, "-o", "out.svg", preexec_fn=small_files)
 
     def test_data_that_nobody_takes(self):
         with open("/dev/full", "wb") as full:

@@ -72,6 +72,10 @@ class Stop(ProgramTest):
                   "convert", "in.txt", "out.bin")
         self.assertEqual(self.names(), ["in.txt", "out.sim"])
 
+    def test_while_it_reads_for_a_picture(self):
+        self.stop(signal.SIGINT, lambda pid: catches(pid, signal.SIGINT), "plot", "in.txt", "-o", "out.svg")
+        self.assertEqual(self.names(), ["in.txt", "out.sim"])
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -227,11 +227,13 @@ bool IsEmpty(const TLayerCount& layer)
 TIEColor SwatchOf(const TLayerCount& layer)
 {
     constexpr TIEColor kGrey = 0x808080;
+    if (layer.m_Color) // objects may have others than their layer
+        return *layer.m_Color;
     TIEColor color = 0;
     const CIEDrawProperties* const pProperties = layer.m_pLayer ? layer.m_pLayer->GetDrawProperties() : nullptr;
     if (pProperties && pProperties->GetColor(color))
         return ColorForSheet(color);
-    return layer.m_Color.value_or(kGrey);
+    return kGrey;
 }
 
 void AppendLayer(std::string& out, const TPixel& at, double dWidth, const TLayerCount& layer)

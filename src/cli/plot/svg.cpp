@@ -63,12 +63,12 @@ bool IsForbidden(char32_t c)
 /// Width of a character against the size of a common font without serifs.
 double WidthOf(char32_t c)
 {
-    constexpr char32_t kFirstWide = 0x1100;
+    constexpr char32_t kFirstWide = 0x1100, kFirstForeign = 0x80;
     if (c >= kFirstWide && c != kNoCharacter && (c < 0x2000 || c > 0x2BFF))
         return 1.0;
     if (c == 'i' || c == 'l' || c == 'j' || c == '.' || c == ',' || c == ' ' || c == ':' || c == '|')
         return 0.32;
-    return c >= 'A' && c <= 'Z' ? 0.7 : 0.58;
+    return (c >= 'A' && c <= 'Z') || c >= kFirstForeign ? 0.7 : 0.58;
 }
 
 const char* NameOf(Cli::EAnchor eAnchor)
