@@ -33,6 +33,22 @@ class Quarry(ProgramTest):
         told = self.info("quarry.sim")["job"]["datasets"][0]
         self.assertEqual(told["points"], self.info(QUARRY)["job"]["datasets"][0]["points"])
 
+    def test_it_goes_out_as_a_drawing(self):
+        job = self.info(QUARRY)["job"]["datasets"][0]
+        objects = job["points"] + job["polylines"] + job["polygons"]
+        said = self.check(DONE, "convert", QUARRY, "plan.dxf").err
+        self.assertIn("plan.dxf: written as dxf (4)", said)
+        drawing = self.read("plan.dxf")
+        self.assertEqual((drawing.count(b"\r\nBLOCK\r\n"), drawing.count(b"\r\nINSERT\r\n")), (objects, objects))
+        self.assertIn(b"\r\nINSERT\r\n8\r\n0\r\n66\r\n1\r\n2\r\nCP1\r\n10\r\n468277.629000\r\n20\r\n5402328.218000\r\n"
+                      b"30\r\n349.740000\r\n", drawing)
+        self.assertTrue(drawing.endswith(b"0\r\nENDSEC\r\n0\r\nEOF\r\n"))
+
+    def test_the_extension_makes_a_drawing_binary(self):
+        said = self.check(DONE, "convert", QUARRY, "plan.dxb").err
+        self.assertIn("the binary form begins with no mark", said)
+        self.assertTrue(self.read("plan.dxb").startswith(b"\0\0\0\0SECTION\0"))
+
 
 if __name__ == "__main__":
     unittest.main()

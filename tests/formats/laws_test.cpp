@@ -216,11 +216,14 @@ public:
         if (IsTold({}, "job.units") || IsTold({}, "job.geographic"))
             return {};
         constexpr const char* kReshaped[] = {"line.",        "object.joined",     "object.ring",
-                                             "object.line-", "object.no-station", "object.coordinates"};
+                                             "object.line-", "object.no-station", "object.coordinates",
+                                             "object.word",  "object.block-name"};
         std::vector<const CIEObject*> found;
         for (int i = 0; const CIEDataset* const pDataset = back.GetDatasetAt(i); ++i) {
-            for (int j = 0; const CIEObject* const pObject = pDataset->GetObjectAt(j); ++j)
-                found.push_back(pObject);
+            for (int j = 0; const CIEObject* const pObject = pDataset->GetObjectAt(j); ++j) {
+                if (pObject->GetStateType() != CIEObject::InBlock)
+                    found.push_back(pObject);
+            }
         }
         const CIEDataset& dataset = *m_Job.GetDatasetAt(0);
         const CIEDataset* const pBack = back.GetDatasetAt(0);
@@ -262,6 +265,12 @@ private:
                std::abs(left.m_dEast - right.m_dEast) <= m_dTolerance;
     }
 
+    [[nodiscard]] bool IsSame(const CString& strText, const CString& strBack) const
+    {
+        return strText == strBack ||
+               (IsTold({}, "job.upper-case") && IEUtils::ToLower(strText) == IEUtils::ToLower(strBack));
+    }
+
     static bool IsSameGPSData(const CIEObject& object, const CIEObject& back)
     {
         const auto* const pPosition = dynamic_cast<const CIEGPSPosition*>(&object);
@@ -276,15 +285,16 @@ private:
             return "stations";
         CString strLost;
         const auto check = [&](const char* pCode, bool bEqual) {
-            if (!bEqual && !IsTold(object.GetName(), pCode))
+            // a note on the job may tell of all objects: "job.name"
+            if (!bEqual && !IsTold(object.GetName(), pCode) && !IsTold({}, "job." + CString(pCode).substr(7) + " "))
                 strLost += CString(pCode) + " ";
         };
         const auto isSameHeight = [](double dLeft, double dRight) { return std::abs(dLeft - dRight) <= 5.01e-4; };
         check("object.point-kind", object.GetType() == back.GetType());
         check("object.gps-data", IsSameGPSData(object, back));
-        check("object.name", object.GetName() == back.GetName());
+        check("object.name", IsSame(object.GetName(), back.GetName()));
         const CIELayer *const pLayer = object.GetLayer(), *const pBackLayer = back.GetLayer();
-        check("object.layer", !pLayer || (pBackLayer && pLayer->GetName() == pBackLayer->GetName()));
+        check("object.layer", !pLayer || (pBackLayer && IsSame(pLayer->GetName(), pBackLayer->GetName())));
         for (int i = 0; const CIEStation* const pStation = object.GetStation(i); ++i) {
             const CIEStation& other = *back.GetStation(i);
             check("object.coordinates", IsNear(*pStation, other));
@@ -294,13 +304,13 @@ private:
             check("object.notes", pStation->GetNotes() == other.GetNotes());
             check("object.time-stamps", pStation->GetTimeStamps() == other.GetTimeStamps());
         }
-        if (IsTold(object.GetName(), "object.attributes")) {
+        if (IsTold(object.GetName(), "object.attributes") || IsTold({}, "job.attributes ")) {
             for (int i = 0; const CIECodeValues* const pCode = object.GetCode(i); ++i)
-                check("object.codes", back.GetCode(i) && pCode->GetDescription()->GetName() ==
-                                                             back.GetCode(i)->GetDescription()->GetName());
+                check("object.codes", back.GetCode(i) && IsSame(pCode->GetDescription()->GetName(),
+                                                                back.GetCode(i)->GetDescription()->GetName()));
         } else {
             const bool bTypes = !IsTold({}, "job.attribute-types");
-            check("object.codes", DescribeCodes(object, bTypes) == DescribeCodes(back, bTypes));
+            check("object.codes", IsSame(DescribeCodes(object, bTypes), DescribeCodes(back, bTypes)));
         }
         return strLost;
     }

@@ -96,11 +96,12 @@ const TCase kCases[] = {
     {"object.word A, ", [](CIEData& job, CIEDataset& set) { GiveAttributes(job, set, {TAttr("W")}, {"ARC"}); }},
     {"job.attribute-types, ", [](CIEData& job, CIEDataset& set) { GiveAttributes(job, set, {TAttr("W", TAttr::LIST)}, {"1"}); }},
     {"job.attributes T, ", [](CIEData& job, CIEDataset& set) { GiveAttributes(job, set, {TAttr("1.W"), TAttr("W")}, {"1", "2"}); }},
-    {"job.attributes T, ", [](CIEData& job, CIEDataset& set) { GiveAttributes(job, set, {TAttr("W:X")}, {"1"}); }},
-    {"job.attributes T, ", [](CIEData& job, CIEDataset& set) { GiveAttributes(job, set, {TAttr("CODENAME")}, {"1"}); }},
+    {"job.codes T, ", [](CIEData& job, CIEDataset& set) { GiveAttributes(job, set, {TAttr("W:X")}, {"1"}); }},
+    {"job.codes T, ", [](CIEData& job, CIEDataset& set) { GiveAttributes(job, set, {TAttr("CODENAME")}, {"1"}); }},
     {"job.attributes T, ", [](CIEData& job, CIEDataset& set) { GiveAttributes(job, set, {TAttr("")}, {"1"}); }},
-    {"job.attributes, ", [](CIEData& job, CIEDataset& set) { GiveCode(AddPoint(set, "A"), AddCode(job, "")); }},
+    {"job.codes, ", [](CIEData& job, CIEDataset& set) { GiveCode(AddPoint(set, "A"), AddCode(job, "")); }},
     {"object.word A, ", [](CIEData& job, CIEDataset& set) { GiveCode(AddPoint(set, "A"), AddCode(job, "LINE")); }},
+    {"object.codes A, ", [](CIEData& job, CIEDataset& set) { GiveCode(AddPoint(set, "A"), AddCode(job, "A\nB")); }},
     {"object.codes A, ", [](CIEData& job, CIEDataset& set) { CIEObject& object = AddCoded(job, set); GiveCode(object, AddCode(job, "T")); }},
     {"job.dataset-extras, ", [](CIEData& job, CIEDataset& set) {
         for (const char* pName : {"A", "B"})

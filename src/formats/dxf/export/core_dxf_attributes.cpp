@@ -31,10 +31,7 @@ const char* SuffixOf(CIEAttrDescription::EType eType)
 /// width:ROAD:N006006, or without the name of its code width:N006006
 CString MakeTag(const CIEAttrDescription& attribute, const CString& strCode, bool bWithCode)
 {
-    constexpr int kNumbering = 2; // "1." ahead of a name, by which a host keeps its attributes in order
-    CString strTag = attribute.GetName();
-    if (strTag.find('.') != CString::npos)
-        strTag.erase(0, IEUtils::Left(strTag, kNumbering).size());
+    CString strTag = CCoreDXFExporter::GetTagName(attribute.GetName());
     if (bWithCode)
         strTag += ":" + strCode;
     return strTag + ":" + SuffixOf(attribute.GetType());
@@ -47,6 +44,14 @@ CString Number(const char* pWord, int i)
 }
 
 } // namespace
+
+CString CCoreDXFExporter::GetTagName(const CString& strAttribute)
+{
+    constexpr int kNumbering = 2; // "1." ahead of a name, by which a host keeps its attributes in order
+    if (strAttribute.find('.') == CString::npos)
+        return strAttribute;
+    return strAttribute.substr(IEUtils::Left(strAttribute, kNumbering).size());
+}
 
 bool CCoreDXFExporter::GenerateAttDef(const CIEObject& object)
 {

@@ -44,6 +44,8 @@ public:
     /// A name as drawings allow them: "0" for an empty one, and "_" for each blank, tab, line end or mark of
     /// !.,?%*@#$^&'"\/|~;[]{}()<>`+= in it. Without `bCorrect` the name as it stands.
     [[nodiscard]] static CString CreateCorrectDXFName(std::string_view name, bool bCorrect);
+    /// How the tag of an attribute begins: its name, which loses its first two characters if there is a "." in it.
+    [[nodiscard]] static CString GetTagName(const CString& strAttribute);
 
 protected:
     /// The dataset of the run, or ahead of its start the current one; null if there is none.

@@ -339,13 +339,12 @@ void CDXFNotes::NoteDrawing(const CIEObject& object)
 
 // ---- codes
 
-bool CDXFNotes::NoteText(const CIEObject& object, std::string_view text, const char* pWhat)
+bool CDXFNotes::NoteText(const CIEObject& object, const char* pCode, std::string_view text, const char* pWhat)
 {
     LookAtCase(text);
     const CString strRead = TDXFOutput::AsRead(text);
     if (strRead != text)
-        Add(TIENote::Changed, "object.attributes", object.GetName(),
-            CString(pWhat) + " is read back as \"" + strRead + "\"");
+        Add(TIENote::Changed, pCode, object.GetName(), CString(pWhat) + " is read back as \"" + strRead + "\"");
     else if (IsWord(text))
         Add(TIENote::Changed, "object.word", object.GetName(),
             CString(pWhat) + " \"" + strRead + "\" is a word of the form, by which a reader may take it for an object");
@@ -378,52 +377,56 @@ void CDXFNotes::NoteCode(const CIEObject& object, const CIECodeValues& code)
     const CIECodeDescription& description = *code.GetDescription();
     const CString& strCode = description.GetName();
     if (description.GetSize() == 0)
-        NoteText(object, strCode, "its code");
+        NoteText(object, "object.codes", strCode, "its code");
     if (code.GetNumberOfAttrs() != description.GetSize())
         Add(TIENote::Changed, "object.attributes", object.GetName(),
             code.GetNumberOfAttrs() < description.GetSize() ? "values that it lacks are read back as empty ones"
                                                             : "values beyond the attributes of its code are left out");
     const int nValues = std::min(code.GetNumberOfAttrs(), description.GetSize());
-    for (int j = 0; j < nValues && !NoteText(object, code.GetAttrAt(j), "the value of an attribute"); ++j) {
+    for (int j = 0;
+         j < nValues && !NoteText(object, "object.attributes", code.GetAttrAt(j), "the value of an attribute"); ++j) {
     }
     const int nStrings = code.GetNumberOfCodeStrings();
-    for (int k = 0; k < nStrings && !NoteText(object, code.GetCodeStringAt(k), "a code string"); ++k) {
+    for (int k = 0; k < nStrings && !NoteText(object, "object.attributes", code.GetCodeStringAt(k), "a code string");
+         ++k) {
     }
     if (nStrings > 1 && m_ManyStrings.insert(&description).second)
         Add(TIENote::Changed, "job.attributes", strCode,
             "an object has several code strings of it, and it is read back with an attribute for each but the first");
 }
 
-/// What the names of a code and of its attributes come to as tags.
+/// What the names of a code and of its attributes come to as tags: other codes ("job.codes"), or other attributes.
 void CDXFNotes::NoteDescription(const CIECodeDescription& description)
 {
     if (!m_Descriptions.insert(&description).second)
         return;
     const CString& strCode = description.GetName();
-    CReasons reasons;
-    reasons.Add(strCode.empty(), "it has no name, and isn't read back");
-    reasons.Add(description.GetSize() > 0 && TDXFOutput::AsRead(strCode) != strCode,
-                "its name is read back as \"" + TDXFOutput::AsRead(strCode) + "\"");
     LookAtCase(strCode);
+    CReasons codes, attributes;
+    codes.Add(strCode.empty(), "it has no name, and isn't read back");
+    codes.Add(description.GetSize() > 0 && TDXFOutput::AsRead(strCode) != strCode,
+              "its name is read back as \"" + TDXFOutput::AsRead(strCode) + "\"");
     std::unordered_set<CString> names;
     for (int i = 0; const CIEAttrDescription* const pAttribute = description.GetAttrDescriptionAt(i); ++i) {
         const CString& strName = pAttribute->GetName();
         const CString strQuoted = "the attribute \"" + strName + "\" ";
-        const CString strTag =
-            strName.find('.') == CString::npos ? strName : strName.substr(IEUtils::Left(strName, 2).size());
+        const CString strTag = CCoreDXFExporter::GetTagName(strName);
+        const CString strUpper = ToUpper(strTag);
         LookAtCase(strTag);
-        reasons.Add(strTag != strName, strQuoted + "loses its first two characters");
-        reasons.Add(strTag.find(':') != CString::npos, strQuoted + "is read back as one of another code");
-        reasons.Add(ToUpper(strTag).starts_with("CODENAME") || ToUpper(strTag).starts_with("CODESTRING"),
-                    strQuoted + "is read back as a code or a code string");
-        reasons.Add(strTag.empty(), strQuoted + "isn't read back");
-        reasons.Add(TDXFOutput::AsRead(strTag + strCode) != strTag + strCode, strQuoted + "is read back otherwise");
-        reasons.Add(!names.insert(ToUpper(strTag)).second, strQuoted + "is read back as the one of that name ahead");
+        codes.Add(strTag.find(':') != CString::npos, strQuoted + "is read back as one of another code");
+        codes.Add(strUpper.starts_with("CODENAME") || strUpper.starts_with("CODESTRING"),
+                  strQuoted + "is read back as a code or a code string");
+        attributes.Add(strTag != strName, strQuoted + "loses its first two characters");
+        attributes.Add(strTag.empty(), strQuoted + "isn't read back");
+        attributes.Add(TDXFOutput::AsRead(strTag) != strTag, strQuoted + "is read back otherwise");
+        attributes.Add(!names.insert(strUpper).second, strQuoted + "is read back as the one of that name ahead");
         if (pAttribute->GetType() == CIEAttrDescription::LIST && !m_bListsTold) {
             m_bListsTold = true;
             Add(TIENote::Changed, "job.attribute-types", {}, "attributes with a list of values are read back as text");
         }
     }
-    if (!reasons.Get().empty())
-        Add(TIENote::Changed, "job.attributes", strCode, reasons.Get());
+    if (!codes.Get().empty())
+        Add(TIENote::Changed, "job.codes", strCode, codes.Get());
+    if (!attributes.Get().empty())
+        Add(TIENote::Changed, "job.attributes", strCode, attributes.Get());
 }

@@ -37,7 +37,7 @@ private:
     /// Whether a text isn't in upper case, in which all of them come back.
     void LookAtCase(std::string_view text);
     /// Tells, once for an object, of a text that comes back as another one, or acts as a word of the form.
-    bool NoteText(const CIEObject& object, std::string_view text, const char* pWhat);
+    bool NoteText(const CIEObject& object, const char* pCode, std::string_view text, const char* pWhat);
 
     const CIEData& m_Job;
     TIENote m_Note;
