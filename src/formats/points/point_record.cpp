@@ -39,7 +39,8 @@ std::string_view Columns(std::string_view text, bool bAscii, int nFirst, int nWi
     return text.substr(std::min(static_cast<std::size_t>(nFirst), text.size()), static_cast<std::size_t>(nWidth));
 }
 
-/// Whether a number says something else with what stands right at its ends; a zero behind its decimals doesn't count.
+/// Whether a number that can be read says something else with what stands right at its ends; a zero behind its decimals
+/// doesn't count.
 bool ChangesNumber(std::string_view ahead, std::string_view number, std::string_view behind)
 {
     const auto isPoints = [](std::string_view text) { return text.find_first_not_of('.') == std::string_view::npos; };
@@ -47,9 +48,9 @@ bool ChangesNumber(std::string_view ahead, std::string_view number, std::string_
         return false;
     double dRead = 0.0;
     double dWhole = 0.0;
-    return !IEUtils::StringToDouble(number, dRead, false) ||
-           !IEUtils::StringToDouble(CString(ahead) + CString(number) + CString(behind), dWhole, false) ||
-           dRead != dWhole;
+    const CString strWhole = CString(ahead).append(number).append(behind);
+    return IEUtils::StringToDouble(number, dRead, false) &&
+           (!IEUtils::StringToDouble(strWhole, dWhole, false) || dRead != dWhole);
 }
 
 } // namespace
