@@ -1,41 +1,18 @@
 // Point lists through the entries, as a host runs them.
 
 #include "point_jobs.h"
+#include "scratch_file.h"
 
 #include "transfer/entries.h"
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-
-#include <unistd.h>
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr int kDelimitedIn = 0, kDelimitedOut = 0;
 constexpr int kSimaIn = 49, kSimaOut = 63;
-
-/// A file of this process, deleted with the object.
-class CScratchFile {
-public:
-    CScratchFile() : m_Path(fs::temp_directory_path() / ("alidade-bench-" + std::to_string(::getpid()))) {}
-    ~CScratchFile()
-    {
-        std::error_code error;
-        fs::remove(m_Path, error);
-    }
-    CScratchFile(const CScratchFile&) = delete;
-    CScratchFile& operator=(const CScratchFile&) = delete;
-    [[nodiscard]] CString GetPath() const { return m_Path.string(); }
-    [[nodiscard]] std::int64_t GetSize() const { return static_cast<std::int64_t>(fs::file_size(m_Path)); }
-
-private:
-    fs::path m_Path;
-};
 
 // ---- the lists
 
