@@ -23,7 +23,7 @@ KEYS = ("points", "lines", "line vertices", "polygons", "polygon vertices", "arc
 
 # what the second reader can't read, and why
 UNREADABLE = {
-    "ezdxf-issue1106.dxf": "DXFTypeError: name has to be a string",
+    "ezdxf-issue" "1106.dxf": "DXFTypeError: name has to be a string",
     "ezdxf-layout-broken-links.dxf": "KeyError: 'FFFA'",
     "gdal-hatch.dxf": "IndexError: list index out of range",
     "gds-blocks.dxf": "AttributeError: 'NoneType' object has no attribute 'get_xlist'",

@@ -371,7 +371,10 @@ TEST_F(LawsTest, EveryPrefixAndEveryFlippedByteEndInAResult)
                 WriteFile(strFile, damaged);
                 const auto pBack = MakeJobLike(*pJob);
                 EXPECT_TRUE(IsKnownResult(ImportInTheSameThread(pBack.get(), strFile, pRow->m_nCode))) << strWhere;
-                EXPECT_EQ(FindFault(*pBack), "") << pRow->m_pKey << strWhere;
+                const CString strFault = FindFault(*pBack);
+                // a polyline comes in ahead of its vertices
+                const bool bCutLine = IsDrawing(*pRow) && strFault.starts_with("no station: ");
+                EXPECT_TRUE(bCutLine || strFault.empty()) << strFault << " " << pRow->m_pKey << strWhere;
             };
             for (std::size_t n = 0; n < bytes.size(); n += 1 + bytes.size() / kPrefixes)
                 check(std::string_view(bytes).substr(0, n), " cut at " + std::to_string(n));
@@ -476,7 +479,9 @@ TEST_F(LawsTest, AStoppedImportKeepsWhatItHasRead)
             CFileFaults faults;
             faults.m_AllowOpen = [](const std::string&, bool) { return CIEData::m_bStopProcess = true; };
             CIEData job;
-            const EIEResult eNothing = IsStreamOfBlocks(*pIn) ? IE_OK : IE_NOTHING_DONE;
+            const EIEResult eNothing = IsStreamOfBlocks(*pIn) ? IE_OK
+                                       : IsDrawing(*pIn)      ? IE_BAD_CONTENT
+                                                              : IE_NOTHING_DONE;
             EXPECT_EQ(ImportInTheSameThread(&job, strFile, pIn->m_nCode), HidesAStop(*pIn) ? eNothing : IE_STOPPED);
             EXPECT_EQ(job.GetNumberOfObjectsInAllDatasets(), 0);
             CIEData::m_bStopProcess = false;

@@ -55,11 +55,17 @@ inline bool IsKnownResult(EIEResult eResult)
 /// These readers give what their records gave when they are stopped, and not IE_STOPPED.
 inline bool HidesAStop(const TIEFormatRow& row)
 {
-    constexpr const char* kFamilies[] = {"sima",         "comma-",       "five-lines",
-                                         "framed-comma", "columns-code", "columns-control",
-                                         "columns-note", "columns-05",   "block-",       "dxf"};
+    constexpr const char* kFamilies[] = {
+        "sima",         "comma-",     "five-lines", "framed-comma", "columns-code", "columns-control",
+        "columns-note", "columns-05", "block-",     "dxf"};
     return std::any_of(std::begin(kFamilies), std::end(kFamilies),
                        [&](const char* pStart) { return CString(row.m_pKey).starts_with(pStart); });
+}
+
+/// Text in a code page that it may name itself; 16-bit text is none.
+inline bool IsDrawing(const TIEFormatRow& row)
+{
+    return CString(row.m_pKey) == "dxf";
 }
 
 /// Bytes rather than lines: a block ends with a line feed, and with nothing else.

@@ -66,12 +66,15 @@ bool CDXFImporter::Entities()
                 base[token.m_nCode / kFirstX - 1] = token.m_Value.m_dValue;
             else
                 continue;
+            m_pRun->CountNumber();
             ++nHeaderGroups;
         } else {
             nHeaderGroups = kBlockHeaderGroups; // a block of two coordinates has three
         }
-        if (token.m_eToken == TToken::ENDSEC || token.m_eToken == TToken::ENDBLK)
+        if (token.m_eToken == TToken::ENDSEC || token.m_eToken == TToken::ENDBLK) {
+            m_pRun->CountWord(token);
             return true;
+        }
         const EEntity eEntity = Entity(strBlock, base, token);
         if (eEntity == EEntity::FileEnd)
             return false;
@@ -83,10 +86,7 @@ bool CDXFImporter::Entities()
 CDXFImporter::EEntity CDXFImporter::Entity(const CString& strBlock, const TBase& base, TToken& token)
 {
     const auto read = [&](bool bRead) { return bRead ? EEntity::Read : EEntity::FileEnd; };
-    const auto begin = [&] {
-        if (token.m_nCode != 0)
-            m_pRun->m_Tally.Count(CDXFTally::Word, *m_pReader);
-    };
+    const auto begin = [&] { m_pRun->CountWord(token); };
     switch (token.m_eToken) {
     case TToken::ARC:
         begin();
@@ -218,8 +218,13 @@ bool CDXFImporter::Polyline(const CString& strBlock, const TBase& base, TToken& 
     m_pRun->AddObject(std::move(pNew), entity, strBlock, m_pRun->MakeLineProperties(entity));
     m_pRun->m_bRefusedVertex = false;
     while (token.m_eToken == TToken::VERTEX) {
-        if (!Vertex(pLine, base, token))
-            return false;
+        if (Vertex(pLine, base, token))
+            continue;
+        if (m_pRun->m_bRefusedVertex) {
+            m_pRun->Refuse(entity, kNotFinite);
+            m_pRun->RemoveLast(strBlock);
+        }
+        return false;
     }
     if (m_pRun->m_bRefusedVertex) {
         m_pRun->Refuse(entity, kNotFinite);
@@ -313,16 +318,18 @@ namespace {
 constexpr int kFaceCorners = 4;
 
 /// The corner of a face that its triangle does without: the first that lies over or under another one, or the last.
-int FindSpareCorner(const CIEStation (&corners)[kFaceCorners], bool& bFound)
+/// `bTwice` tells whether it is another corner once more, so that nothing of the face is lost.
+int FindSpareCorner(const CIEStation (&corners)[kFaceCorners], bool& bTwice)
 {
-    bFound = true;
     for (int i = 0; i < kFaceCorners; ++i) {
         for (int j = 0; j < kFaceCorners; ++j) {
-            if (i != j && corners[i].m_dNorth == corners[j].m_dNorth && corners[i].m_dEast == corners[j].m_dEast)
+            if (i != j && corners[i].m_dNorth == corners[j].m_dNorth && corners[i].m_dEast == corners[j].m_dEast) {
+                bTwice = corners[i].m_dHeight == corners[j].m_dHeight;
                 return j;
+            }
         }
     }
-    bFound = false;
+    bTwice = false;
     return kFaceCorners - 1;
 }
 
@@ -348,9 +355,9 @@ bool CDXFImporter::Surface(TToken& token)
         m_pRun->Refuse(entity, kNotFinite);
         return true;
     }
-    bool bSpare = false;
-    const int nSpare = FindSpareCorner(corners, bSpare);
-    if (!bSpare)
+    bool bTwice = false;
+    const int nSpare = FindSpareCorner(corners, bTwice);
+    if (!bTwice)
         m_pRun->m_Tally.Count(CDXFTally::FourthCorner, entity.m_Place);
     CIESurface* pSurface = m_pRun->m_pDataset->GetSurfaceAt(0);
     if (!pSurface)

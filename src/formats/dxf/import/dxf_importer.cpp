@@ -124,8 +124,10 @@ bool CDXFImporter::Tables()
     while (bPending || m_pRun->Next(token)) {
         bPending = true;
         bool bGoesOn = true;
-        if (token.m_eToken == TToken::ENDSEC)
+        if (token.m_eToken == TToken::ENDSEC) {
+            m_pRun->CountWord(token);
             return true;
+        }
         if (token.m_eToken == TToken::LAYER)
             bGoesOn = TableLayer(token);
         else if (token.m_eToken == TToken::LTYPE && token.m_nCode == kName)
@@ -207,9 +209,12 @@ bool CDXFImporter::Blocks()
 {
     TToken token;
     while (m_pRun->Next(token)) {
-        if (token.m_eToken == TToken::ENDSEC)
+        if (token.m_eToken == TToken::ENDSEC) {
+            m_pRun->CountWord(token);
             return true;
-        if (token.m_eToken == TToken::BLOCK && !Block())
+        }
+        // the end of a block on a layer of this name isn't another block
+        if (token.m_eToken == TToken::BLOCK && token.m_nCode == 0 && !Block())
             return false;
     }
     return false;

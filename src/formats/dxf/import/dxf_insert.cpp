@@ -115,6 +115,8 @@ bool CDXFImporter::Insert(const CString& strBlock, TToken& token)
     if (nEnd > nFirst && !names.empty()) {
         AddCodeToDataDictionary(names, types, values);
         for (int i = nFirst; i < nEnd; ++i) {
+            if (!m_pRun->MayGoOn())
+                return false;
             if (!m_pRun->CountCopy(entity, reference.m_strName, 0, m_pRun->m_nTargetParts))
                 return false;
             AddAttributesToIEObject(*m_pRun->m_pDataset->GetObjectAt(i), names, values);
@@ -137,10 +139,8 @@ bool CDXFImporter::TRun::AddCopies(const TReference& reference, const TEntity& e
     std::size_t nRefused = 0;
     for (std::size_t i = 0; i < patterns.size(); ++i) {
         const CIEObject& pattern = *m_pDataset->GetObjectAt(patterns[i]);
-        if (!HasMemory())
-            return EndBy(NoMemory);
-        if (CIEData::m_bStopProcess)
-            return EndBy(Stopped);
+        if (!MayGoOn())
+            return false;
         if (!CountCopy(entity, reference.m_strName, 1, CountParts(pattern)))
             return false;
         auto pCopy = pattern.clone();
@@ -203,7 +203,7 @@ void CDXFImporter::AddCodeToDataDictionary(const CStringArray& names, const TTyp
     m_pRun->m_nTargetParts = 0;
     for (std::size_t i = 0; i < names.size(); ++i) {
         targets.push_back(m_pRun->FindTarget(names[i], types[i], values[i]));
-        m_pRun->m_nTargetParts += targets.back().m_nAttribute + 1; // the values ahead of it are there too
+        m_pRun->m_nTargetParts += targets.back().m_nAttribute + 2; // a code, and the values ahead of this one too
         if (!targets.back().m_pCode)
             m_pRun->m_Tally.Count(CDXFTally::CodeName, *m_pReader);
     }

@@ -295,6 +295,8 @@ double CDXFReader::ReadNumber(std::string_view text)
             m_eNumber = ENumber::NotFinite;
         return 0.0;
     }
+    if (read.ptr != digits.data() + digits.size())
+        m_eNumber = ENumber::InPart;
     return bNegative ? -dValue : dValue;
 }
 

@@ -54,7 +54,7 @@ public:
     [[nodiscard]] bool HasFailed() const;
 
     /// How the value of a code that has a number stood in the file.
-    enum class ENumber { Read, NoNumber, NotFinite };
+    enum class ENumber { Read, InPart, NoNumber, NotFinite };
     /// About the last token.
     [[nodiscard]] ENumber GetNumberState() const { return m_eNumber; }
 

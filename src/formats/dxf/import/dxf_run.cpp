@@ -59,12 +59,23 @@ bool CDXFImporter::TRun::HasMemory()
     return IEUtils::GetFreeVirtMemory() >= kLeastFreeMemory;
 }
 
-bool CDXFImporter::TRun::Next(TToken& token)
+bool CDXFImporter::TRun::MayGoOn()
 {
     if (!HasMemory())
         return EndBy(NoMemory);
-    if (CIEData::m_bStopProcess)
-        return EndBy(Stopped);
+    return !CIEData::m_bStopProcess || EndBy(Stopped);
+}
+
+void CDXFImporter::TRun::CountWord(const TToken& token)
+{
+    if (token.m_nCode != 0)
+        m_Tally.Count(CDXFTally::Word, m_Reader);
+}
+
+bool CDXFImporter::TRun::Next(TToken& token)
+{
+    if (!MayGoOn())
+        return false;
     token = m_Reader.ReadToken();
     if (token.m_nCode != -1)
         return true;

@@ -62,7 +62,9 @@ struct CDXFImporter::TRun {
     /// that every loop over groups ends by them.
     bool Next(TToken& token);
     bool EndBy(EEnd eEnd);
-    /// Also to be asked where objects are made without reading.
+    /// False, with the reason in m_eEnd, if memory runs out or the host stops the run. Also to be asked where objects
+    /// are made without reading.
+    bool MayGoOn();
     bool HasMemory();
     /// Hands the entity's groups to `take`, but for those that all entities share. False if the file ended ahead of the
     /// next entity, whose first group is left in `token` else.
@@ -102,6 +104,9 @@ struct CDXFImporter::TRun {
 
     // ---- notes
 
+    /// A word of the form that is the value of another group than 0 and does what it says all the same.
+    void CountWord(const TToken& token);
+    void CountNumber();
     void Tell(TIENote note) const;
     void Refuse(const TEntity& entity, CString strReason) const;
     void TellLosses(bool bSection) const;
@@ -129,6 +134,24 @@ struct CDXFImporter::TRun {
     bool m_bRefusedVertex = false; ///< of the polyline that is being read
 };
 
+/// A value of the last group that isn't the number which its code wants.
+inline void CDXFImporter::TRun::CountNumber()
+{
+    switch (m_Reader.GetNumberState()) {
+    case CDXFReader::ENumber::Read:
+        break;
+    case CDXFReader::ENumber::InPart:
+        m_Tally.Count(CDXFTally::NumberInPart, m_Reader);
+        break;
+    case CDXFReader::ENumber::NoNumber:
+        m_Tally.Count(CDXFTally::Number, m_Reader);
+        break;
+    case CDXFReader::ENumber::NotFinite:
+        m_Tally.Count(CDXFTally::NotFinite, m_Reader);
+        break;
+    }
+}
+
 template <class TTake>
 bool CDXFImporter::TRun::ReadEntity(TToken& token, TEntity& entity, unsigned nWidths, TTake take)
 {
@@ -140,10 +163,7 @@ bool CDXFImporter::TRun::ReadEntity(TToken& token, TEntity& entity, unsigned nWi
         }
         if (entity.m_bDropped)
             continue;
-        if (m_Reader.GetNumberState() != CDXFReader::ENumber::Read)
-            m_Tally.Count(m_Reader.GetNumberState() == CDXFReader::ENumber::NoNumber ? CDXFTally::Number
-                                                                                     : CDXFTally::NotFinite,
-                          m_Reader);
+        CountNumber();
         if (m_Reader.WasCut())
             m_Tally.Count(CDXFTally::LongValue, m_Reader);
         if (!TakeShared(token, entity, nWidths))

@@ -29,6 +29,7 @@ public:
         NoLayer,
         Word,
         Number,
+        NumberInPart,
         NotFinite,
         LongValue,
         CodePage,
