@@ -280,6 +280,15 @@ TEST_F(DxfImporterTest, NamesAreTextInTheDrawingsEncoding)
         {"9 $ACADVER|1 AC1015|9 $DWGCODEPAGE|3 ansi_1251", "\xC4\xE0", "\u0414\u0430", ""},
         {"9 $DWGCODEPAGE|3 ANSI_1252|9 $ACADVER|1 AC1021", "\u00E4\u0414", "\u00E4\u0414", ""},
         {"9 $DWGCODEPAGE|3 ANSI_1252", "\u00E4", "\u00C3\u00A4", ""},
+        // second bytes that look like small letters
+        {"9 $DWGCODEPAGE|3 ANSI_932",
+         "\x83\x82\x83\x66\x83\x8b"
+         "z",
+         "\u30E2\u30C7\u30EBZ", ""},
+        {"9 $DWGCODEPAGE|3 ANSI_936",
+         "\xd5\x61\xd5\x62"
+         "z",
+         "\u8AA5\u8AA6Z", ""},
         {"9 $DWGCODEPAGE|3 ANSI_932", "\x8F\x5A\x93\x5F", "\u4F4F\u70B9", ""},
         {"9 $DWGCODEPAGE|3 DOS850", "\x84", "\u00E4", ""},
         {"9 $DWGCODEPAGE|3 MARTIAN", "\xE4", "\u00E4", "7:drawing.code-page"},

@@ -103,6 +103,7 @@ bool CDXFImporter::Header()
             m_pRun->m_Text.SetVersion(token.GetText());
         else if (eVariable == CodePage && token.m_nCode == 3 && !m_pRun->m_Text.SetCodePage(token.GetText()))
             m_pRun->m_Tally.Count(CDXFTally::CodePage, *m_pReader);
+        m_pRun->m_Text.Prepare(*m_pReader);
     }
     return false;
 }

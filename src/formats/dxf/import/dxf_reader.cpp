@@ -82,6 +82,25 @@ std::string_view TakeSign(std::string_view text, bool& bNegative)
     return text;
 }
 
+bool HasHighByte(std::string_view text)
+{
+    return std::any_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+}
+
+/// ASCII letters in upper case, but for those that are the second byte of a character.
+void RaiseLetters(char* pText, bool bShiftJis)
+{
+    const auto isFirst = [bShiftJis](unsigned char c) {
+        return bShiftJis ? (c >= 0x81 && c <= 0x9F) || (c >= 0xE0 && c <= 0xFC) : c >= 0x81 && c <= 0xFE;
+    };
+    for (; *pText; ++pText) {
+        if (isFirst(static_cast<unsigned char>(*pText)) && pText[1])
+            ++pText;
+        else if (*pText >= 'a' && *pText <= 'z')
+            *pText = static_cast<char>(*pText - ('a' - 'A'));
+    }
+}
+
 /// "inf" and "nan" in any case.
 bool IsNumberWord(std::string_view text)
 {
@@ -267,7 +286,11 @@ void CDXFReader::SetText(TToken& token, std::string_view text, bool bWord)
     std::memcpy(m_szBuffer, text.data(), text.size());
     m_szBuffer[text.size()] = '\0';
     token.m_Value.m_pText = m_szBuffer;
-    if (bWord)
+    if (!bWord)
+        return;
+    if (m_eBytes != EBytes::Single && HasHighByte(text) && !(m_bMayBeUtf8 && IEUtils::IsValidUtf8(text)))
+        RaiseLetters(m_szBuffer, m_eBytes == EBytes::ShiftJis); // no word of the form has such bytes
+    else
         token.m_eToken = TToken::FindToken(m_szBuffer);
 }
 

@@ -18,7 +18,8 @@
 /// code of four bytes and a value: text ended by a zero for the codes 0 to 9, eight bytes for 10 to 59, four for 60 to
 /// 78, none for all others.
 ///
-/// A text comes in upper case (ASCII letters alone), but for the codes 310 to 369. Nothing that isn't a number is told:
+/// A text comes in upper case (ASCII letters alone, and none that is half of another character, see SetBytes), but for
+/// the codes 310 to 369. Nothing that isn't a number is told:
 /// it reads as 0. A copy reads on in the same file, whose place both share; whichever closes it, closes it for both.
 class ALIDADE_API CDXFReader {
 public:
@@ -42,6 +43,14 @@ public:
     [[nodiscard]] std::int64_t GetLineNumber() const;
     /// Byte at which the last token begins.
     [[nodiscard]] std::int64_t GetOffset() const;
+    /// How a character stands in bytes. In a page of double bytes the second byte may look like a letter.
+    enum class EBytes { Single, ShiftJis, Double };
+    /// What texts are in from now on. With `bMayBeUtf8` a text that is valid UTF-8 is taken as that.
+    void SetBytes(EBytes eBytes, bool bMayBeUtf8)
+    {
+        m_eBytes = eBytes;
+        m_bMayBeUtf8 = bMayBeUtf8;
+    }
     /// From now on the rest of a line of more than 255 bytes is passed over, so that the groups behind it keep their
     /// codes.
     void PassOverLongLines() { m_bPassOver = true; }
@@ -79,6 +88,8 @@ private:
     bool m_bBinary = false;
     bool m_bForeignBinary = false;
     bool m_bPassOver = false;
+    bool m_bMayBeUtf8 = true;
+    EBytes m_eBytes = EBytes::Single;
     bool m_bCut = false;            ///< a line of the last token was longer than the buffer
     std::shared_ptr<TFile> m_pFile; ///< null while none is open
     char m_szBuffer[kBufferSize] = {};

@@ -41,6 +41,7 @@ CDXFImporter::TRun::TRun(CDXFImporter& importer)
       m_Units(m_Data.GetJobInfo()->GetDistUnits()),
       m_strFileCode(m_Text.ToText(IEUtils::ExtractFileNameWithoutExtFromPathName(importer.m_strFileName)))
 {
+    m_Text.Prepare(m_Reader);
 }
 
 bool CDXFImporter::TRun::EndBy(EEnd eEnd)

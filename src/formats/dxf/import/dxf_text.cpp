@@ -115,6 +115,18 @@ bool CDXFText::SetCodePage(std::string_view name)
     return true;
 }
 
+void CDXFText::Prepare(CDXFReader& reader) const
+{
+    constexpr std::string_view kDouble[] = {"CP936", "CP949", "CP950", "JOHAB"};
+    const CString& strPage = m_pPage->GetName();
+    CDXFReader::EBytes eBytes = CDXFReader::EBytes::Single;
+    if (!m_bUtf8 && strPage == "CP932")
+        eBytes = CDXFReader::EBytes::ShiftJis;
+    else if (!m_bUtf8 && std::find(std::begin(kDouble), std::end(kDouble), strPage) != std::end(kDouble))
+        eBytes = CDXFReader::EBytes::Double;
+    reader.SetBytes(eBytes, !m_bPageStated);
+}
+
 std::string_view CDXFText::View(std::string_view bytes, CString& strScratch)
 {
     if (IsPlain(bytes))

@@ -1,6 +1,7 @@
 // Texts of a drawing, which are bytes, as texts of the job.
 #pragma once
 
+#include "formats/dxf/import/dxf_reader.h"
 #include "vellumlib/code_page.h"
 
 #include <array>
@@ -18,6 +19,9 @@ public:
     void SetVersion(std::string_view version);
     /// The value of $DWGCODEPAGE, in upper case. False for a page that isn't known; the one in force stays then.
     bool SetCodePage(std::string_view name);
+
+    /// How the reader has to take the bytes of texts from now on.
+    void Prepare(CDXFReader& reader) const;
 
     /// UTF-8 of a text, in which \U+XXXX and \M+NXXXX stand for characters.
     CString ToText(std::string_view bytes);
