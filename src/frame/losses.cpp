@@ -71,6 +71,12 @@ bool LosesAttributes(const CIEObject& object, unsigned nCarries)
     return false;
 }
 
+bool HasLineValues(const CIEObject& object)
+{
+    return object.GetType() == EIEObjectsType::PTLPoint &&
+           static_cast<const CIEPTLPoint&>(object).GetCoordType() == CIEPTLPoint::PointToLine;
+}
+
 /// Something that stations may have, and the note for a form that doesn't hold it.
 struct TStationLoss {
     unsigned m_nCarries;
@@ -190,7 +196,10 @@ void NoteObject(const CIEData& job, const CString& strFile, const CIEObject& obj
         object.GetType() == EIEObjectsType::PTLPoint && !(nCarries & (CARRIES_POINT_KINDS | CARRIES_RELATIVE_POINTS));
     if (bRelative || (object.GetType() == EIEObjectsType::GPSPosition && !(nCarries & CARRIES_POINT_KINDS)))
         notes.Add(TIENote::Changed, "object.point-kind", strName,
-                  "the form holds this " + strWord + " as a plain point");
+                  "the form holds this " + strWord + " as a plain point" +
+                      (HasLineValues(object)
+                           ? ", whose values along and off the line stand as coordinates of the ground"
+                           : ""));
     if (!(nCarries & CARRIES_GPS_DATA) && object.GetType() == EIEObjectsType::GPSPosition &&
         static_cast<const CIEGPSPosition&>(object).HasGPSData())
         notes.AddLeftOut("object.gps-data", strName,

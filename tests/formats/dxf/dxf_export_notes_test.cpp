@@ -36,6 +36,30 @@ const TCase kCases[] = {
     {"job.name, ", [](CIEData&, CIEDataset& set) { AddPoint(set, "A"); AddPoint(set, "B"); }},
     {"", [](CIEData&, CIEDataset& set) { AddPoint(set, ""); }},
     {"job.geographic, ", [](CIEData& job, CIEDataset&) { job.GetJobInfo()->SetCSType(TIEJobInfo::Geographic); }},
+    {"job.miles, ", [](CIEData& job, CIEDataset&) { job.GetJobInfo()->SetDistUnits(EDIST_UNITS::USMiles); }},
+    {"job.geographic, job.miles, ", [](CIEData& job, CIEDataset&) {
+        job.GetJobInfo()->SetCSType(TIEJobInfo::Geographic); job.GetJobInfo()->SetDistUnits(EDIST_UNITS::USMiles); }},
+    {"job.flat-lines, ", [](CIEData&, CIEDataset& set) {
+        AddLine<CIEPolyLine>(set, "", {{0, 0, 5}, {0, 1, 5}}); // at one height
+        AddLine<CIEPolyLine>(set, "", {{0, 0, 5}, {0, 1, 5}, {0, 2, 5.001}});
+        AddLine<CIEPolyLine>(set, "", {{0, 0, 0}, {0, 1, 9}}); }},
+    {"job.flat-lines, object.ring, ", [](CIEData&, CIEDataset& set) { AddLine<CIEPolygon>(set, "", {{0, 0, 0}, {0, 1, 9}}); }},
+    // what the settings don't ask for
+    {"object.kind ground, object.kind A, object.kind B, ", [](CIEData& job, CIEDataset& set) {
+        AddCoded(job, set, "A").SetStateType(CIEObject::InBlock);
+        AddLine<CIEPolyLine>(set, "B", {{0, 0, 0}, {0, 1, 9}});
+        AddSurface(set, {{0, 0, 0}, {0, 1, 0}, {1, 0, 1e30}}, {{0, 1, 2}});
+        ChangeSettings(job, [](TIESettings& settings) { settings.SetNoDataTypes(); }); }},
+    {"object.kind ground, ", [](CIEData& job, CIEDataset& set) {
+        AddCoded(job, set);
+        AddSurface(set, {{0, 0, 0}, {0, 1, 0}, {1, 0, 0}}, {{0, 1, 2}});
+        ChangeSettings(job, [](TIESettings& settings) { settings.SetDataType(EIEDataType::Surfaces, false); }); }},
+    {"job.surfaces, object.kind A, ", [](CIEData& job, CIEDataset& set) {
+        AddPoint(set, "A");
+        AddSurface(set, {{0, 0, 0}, {0, 1, 0}, {1, 0, 0}}, {{0, 1, 2}});
+        ChangeSettings(job, [](TIESettings& settings) {
+            settings.SetNoDataTypes();
+            settings.SetDataType(EIEDataType::Surfaces, true); }); }},
     {"job.datasets, dataset.unreached B, ", [](CIEData& job, CIEDataset&) {
         AddPoint(*job.AddDataset(std::make_unique<CIEDataset>("Second")), "B"); job.SetCurDataset(0); }},
     {"job.block-patterns, ", [](CIEData& job, CIEDataset& set) { AddCoded(job, set).SetStateType(CIEObject::InBlock); }},
@@ -61,6 +85,22 @@ const TCase kCases[] = {
     {"object.coordinates, ", [](CIEData&, CIEDataset& set) { AddPoint(set, "", 1, -1e30, 2); }},
     {"object.coordinates, ", [](CIEData& job, CIEDataset& set) {
         job.GetJobInfo()->SetDistUnits(EDIST_UNITS::InternationalFeet); AddPoint(set, "", 1, 2, 4e29); }},
+    {"object.coordinates, ", [](CIEData& job, CIEDataset& set) {
+        job.GetJobInfo()->SetDistUnits(EDIST_UNITS::InternationalFeet); AddArc(set, "", {1, 2, 3}, 4e29, 0, 90); }},
+    {"object.coordinates, ", [](CIEData&, CIEDataset& set) { AddArc(set, "", {1, 2, 3}, 4, -1e30, 90); }},
+    {"object.coordinates, ", [](CIEData&, CIEDataset& set) { AddArc(set, "", {1, 2, 3}, 4, 0, 1e30); }},
+    // a block holds the way from the first station to the others
+    {"object.coordinates L, ", [](CIEData& job, CIEDataset& set) {
+        AddCoded(job, set); AddLine<CIEPolyLine>(set, "L", {{6e29, 0, 0}, {-6e29, 1, 0}}); }},
+    {"", [](CIEData& job, CIEDataset& set) {
+        AddCoded(job, set); AddLine<CIEPolyLine>(set, "L", {{6e29, 0, 0}, {1.2e30, 1, 0}}); }},
+    {"surface.coordinates ground, job.surfaces, ", [](CIEData& job, CIEDataset& set) {
+        job.GetJobInfo()->SetDistUnits(EDIST_UNITS::InternationalFeet);
+        AddSurface(set, {{0, 0, 0}, {0, 1, 0}, {4e29, 0, 0}, {0, 0, 1e30}}, {{0, 1, 2}}); }},
+    {"job.surfaces, ", [](CIEData&, CIEDataset& set) {
+        AddSurface(set, {{0, 0, 0}, {0, 1, 0}, {1, 0, 0}, {0, 0, 1e30}}, {{0, 1, 2}}); }},
+    {"surface.triangles ground, ", [](CIEData&, CIEDataset& set) { AddSurface(set, {{0, 0, 0}}, {}); }},
+    {"surface.triangles ground, ", [](CIEData&, CIEDataset& set) { AddSurface(set, {{0, 0, 0}}, {{0, 0, 1}}); }},
     // drawing
     {"job.color #FF0001, ", [](CIEData&, CIEDataset& set) {
         for (int i = 0; i < 2; ++i)
@@ -70,7 +110,30 @@ const TCase kCases[] = {
         AddArc(set, "", {1, 2, 3}, 1, 0, 90).SetDrawProperties(MakeDrawnLine({{}, CIEDrawLineProperties::Solid, 2})); }},
     {"", [](CIEData&, CIEDataset& set) {
         AddLine<CIEPolyLine>(set, "", {{0, 0, 0}, {0, 1, 0}}).SetDrawProperties(MakeDrawnLine({{}, CIEDrawLineProperties::Solid, 2})); }},
-    {"job.surfaces, surface.triangles ground, ", [](CIEData&, CIEDataset& set) { AddSurface(set, {{0, 0, 0}}, {{0, 0, 1}, {0, 0, 0}}); }},
+    {"surface.triangles ground, job.surfaces, ", [](CIEData&, CIEDataset& set) { AddSurface(set, {{0, 0, 0}}, {{0, 0, 1}, {0, 0, 0}}); }},
+    {"job.code-drawing T, ", [](CIEData& job, CIEDataset& set) {
+        AddCoded(job, set); AddCoded(job, set, "B");
+        auto pPoints = std::make_unique<CIEDrawPointProperties>();
+        pPoints->SetMarkStyle(3);
+        AddCode(job, "T")->SetDrawProperties(CIEDrawProperties::Points, std::move(pPoints)); }},
+    {"job.code-drawing WIDE, job.code-drawing AREA, ", [](CIEData& job, CIEDataset& set) {
+        CIECodeDescription* const pWide = AddCode(job, "WIDE");
+        pWide->SetDrawProperties(CIEDrawProperties::Lines, MakeDrawnLine({{}, CIEDrawLineProperties::Solid, 2}));
+        CIECodeDescription* const pArea = AddCode(job, "AREA");
+        pArea->SetDrawProperties(CIEDrawProperties::Areas, MakeDrawn<CIEDrawAreaProperties>(0xFF0000));
+        GiveCode(AddArc(set, "A", {1, 2, 3}, 1, 0, 90), pWide);
+        GiveCode(AddArc(set, "B", {1, 2, 3}, 1, 0, 90), pWide);
+        GiveCode(AddLine<CIEPolygon>(set, "C", {{0, 0, 0}, {0, 0, 0}}), pArea); }},
+    // a line has its code's width, and a point that says itself how it is drawn needs no code for that
+    {"", [](CIEData& job, CIEDataset& set) {
+        CIECodeDescription* const pCode = AddCode(job, "T");
+        pCode->SetDrawProperties(CIEDrawProperties::Lines, MakeDrawnLine({{}, CIEDrawLineProperties::Solid, 2}));
+        pCode->SetDrawProperties(CIEDrawProperties::Areas, MakeDrawn<CIEDrawAreaProperties>(0xFF0000));
+        auto pPoints = std::make_unique<CIEDrawPointProperties>();
+        pPoints->SetMarkStyle(3);
+        pCode->SetDrawProperties(CIEDrawProperties::Points, std::move(pPoints));
+        GiveCode(AddLine<CIEPolyLine>(set, "L", {{0, 0, 0}, {0, 1, 0}}), pCode);
+        AddCoded(job, set).SetDrawProperties(MakeDrawn(0xFF0000)); }},
     // layers
     {"job.layer BARE, object.layer A, ", [](CIEData& job, CIEDataset& set) { AddCoded(job, set).SetLayer(&AddLayer(job, "BARE", nullptr)); }},
     {"job.layer OFF, job.layer DRAFT, job.layer BOTH, ", [](CIEData& job, CIEDataset&) {
@@ -122,9 +185,65 @@ TEST_F(DxfExportNotesTest, WhatADrawingDoesNotHoldIsTold)
         EXPECT_EQ(m_eResult, IE_OK);
         EXPECT_EQ(Notes(), row.m_pNotes) << "row " << &row - kCases;
     }
+    // in binary form a number keeps all its digits, however large it is
     auto pJob = MakeDrawingJob();
+    pJob->GetJobInfo()->SetCSType(TIEJobInfo::Geographic);
+    pJob->GetJobInfo()->SetDistUnits(EDIST_UNITS::USMiles);
+    AddPoint(*pJob->GetDatasetAt(0), "", 1e30, 2, 3);
     Export(std::move(pJob), "out.dxb");
     EXPECT_EQ(Notes(), "job.binary-form, ");
+}
+
+/// A file for each dataset has no names of codes in its tags, by which values of two codes can't be told apart.
+TEST_F(DxfExportNotesTest, AValueThatAnotherCodeTakesTheTagOfIsTold)
+{
+    const struct {
+        const char* m_pFirst;
+        const char* m_pSecond;
+        CString m_strValue; ///< of the second code; the first has "3"
+        const char* m_pReason;
+    } rows[] = {
+        {"WIDTH", "WIDTH", "4",
+         "the value \"3\" of \"WIDTH\" of its code \"ROAD\" is lost, because its code \"WALL\" has an attribute of "
+         "that "
+         "name too"},
+        {"1.Width", "WIDTH", "",
+         "the value \"3\" of \"WIDTH\" of its code \"ROAD\" is lost, because its code \"WALL\" has an attribute of "
+         "that "
+         "name too"},
+        {"WIDTH", "WIDTH", "3", ""},
+        {"WIDTH", "HEIGHT", "4", ""},
+    };
+    for (const auto& row : rows) {
+        auto pJob = MakeDrawingJob();
+        ChangeSettings(*pJob, [](TIESettings& settings) { settings.m_bSingleFile = false; });
+        CIEDesignPoint& point = AddPoint(*pJob->GetDatasetAt(0), "A");
+        GiveCode(point, AddCode(*pJob, "ROAD", {TAttr(row.m_pFirst)}), {"3"});
+        GiveCode(point, AddCode(*pJob, "WALL", {TAttr(row.m_pSecond)}), {row.m_strValue});
+        Export(std::move(pJob), "Site.dxf");
+        CString strReason;
+        for (const TIENote& note : m_Ledger.GetNotes()) {
+            if (CString(note.m_pCode) == "object.attributes")
+                strReason += note.m_strReason;
+        }
+        EXPECT_EQ(strReason, row.m_pReason);
+        CIEData back;
+        EXPECT_EQ(ImportInTheSameThread(&back, m_Folder / "Site.dxf", 4), IE_OK);
+        const CIEObject& copy = *back.GetDatasetAt(0)->GetObjectAt(1); // behind the block's own
+        EXPECT_EQ(copy.GetCode(0)->GetAttrAt(0) != "3", *row.m_pReason != '\0');
+    }
+}
+
+TEST_F(DxfExportNotesTest, ValuesAlongALineStandAsCoordinates)
+{
+    for (const int nType : {CIEPTLPoint::Regular, CIEPTLPoint::PointToLine}) {
+        auto pJob = MakeDrawingJob();
+        AddPoint<CIEPTLPoint>(*pJob->GetDatasetAt(0), "").SetPTLParams("A", "B", nType);
+        Export(std::move(pJob));
+        ASSERT_EQ(Notes(), "object.point-kind, ");
+        EXPECT_EQ(m_Ledger.GetNotes()[0].m_strReason.find("along and off the line") != CString::npos,
+                  nType == CIEPTLPoint::PointToLine);
+    }
 }
 
 } // namespace

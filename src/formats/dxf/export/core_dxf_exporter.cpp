@@ -33,19 +33,25 @@ bool CCoreDXFExporter::HasCodes() const
     return pDataset && pDataset->IsCodesExist();
 }
 
+bool CCoreDXFExporter::WantsObjects() const
+{
+    const TIESettings& settings = m_pData->GetSettings();
+    return settings.HasDataType(EIEDataType::Points) || settings.HasDataType(EIEDataType::Lines) ||
+           settings.HasDataType(EIEDataType::Polygons);
+}
+
+bool CCoreDXFExporter::WantsSurfaces() const
+{
+    return m_pData->GetSettings().HasDataType(EIEDataType::Surfaces);
+}
+
 int CCoreDXFExporter::GetNumberObjectsInTheDataset()
 {
     const CIEDataset* const pDataset = GetDataset();
     if (!pDataset)
         return 0;
-    const TIESettings& settings = m_pData->GetSettings();
-    int nCount = 0;
-    if (settings.HasDataType(EIEDataType::Points) || settings.HasDataType(EIEDataType::Lines) ||
-        settings.HasDataType(EIEDataType::Polygons))
-        nCount += pDataset->GetNumberOfElements(-1, 2, false, false);
-    if (settings.HasDataType(EIEDataType::Surfaces))
-        nCount += pDataset->GetNumberOfSurfaces();
-    return nCount;
+    return (WantsObjects() ? pDataset->GetNumberOfElements(-1, 2, false, false) : 0) +
+           (WantsSurfaces() ? pDataset->GetNumberOfSurfaces() : 0);
 }
 
 bool CCoreDXFExporter::StartExport()
@@ -80,7 +86,7 @@ void CCoreDXFExporter::BeginNotes()
     if (!m_pData->GetObserver())
         return;
     m_pNotes = std::make_unique<CDXFNotes>(*m_pData, m_strFileName, m_bCodes);
-    m_pNotes->NoteRun(m_pDataset);
+    m_pNotes->NoteRun(m_pDataset, WantsObjects(), WantsSurfaces());
 }
 
 bool CCoreDXFExporter::MiddleOfExport()

@@ -52,6 +52,9 @@ protected:
     [[nodiscard]] CIEDataset* GetDataset() const;
     /// Whether that dataset is written as blocks.
     [[nodiscard]] bool HasCodes() const;
+    /// Whether the settings ask for points, lines or polygons: for one of them is for all objects.
+    [[nodiscard]] bool WantsObjects() const;
+    [[nodiscard]] bool WantsSurfaces() const;
     /// Closes the file, if it is open, and tells of a write that failed. True if none did.
     bool CloseOutput();
 

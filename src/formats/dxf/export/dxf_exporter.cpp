@@ -5,18 +5,6 @@ CDXFExporter::CDXFExporter(CIEData* pData, const CString& strFileName) : CCoreDX
     SetCarries(kDxfWriteCarries); // for a host that makes it without the factory
 }
 
-bool CDXFExporter::WantsObjects() const
-{
-    const TIESettings& settings = m_pData->GetSettings();
-    return settings.HasDataType(EIEDataType::Points) || settings.HasDataType(EIEDataType::Lines) ||
-           settings.HasDataType(EIEDataType::Polygons);
-}
-
-bool CDXFExporter::WantsSurfaces() const
-{
-    return m_pData->GetSettings().HasDataType(EIEDataType::Surfaces);
-}
-
 int CDXFExporter::GetNumberOfSteps()
 {
     constexpr int kFramingSteps = 2;

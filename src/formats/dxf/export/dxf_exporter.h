@@ -26,6 +26,4 @@ private:
     bool StepWithoutCodes(int nStep);
     bool StepWithCodes(int nStep);
     bool Finish();
-    [[nodiscard]] bool WantsObjects() const;
-    [[nodiscard]] bool WantsSurfaces() const;
 };

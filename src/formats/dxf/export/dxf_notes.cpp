@@ -6,6 +6,7 @@
 #include "vellumlib/utils.h"
 
 #include <algorithm>
+#include <cmath>
 
 using namespace DXFNoteWords;
 
@@ -25,7 +26,13 @@ CString ToHex(TIEColor color)
 
 } // namespace
 
-CDXFNotes::CDXFNotes(const CIEData& job, CString strFile, bool bCodes) : m_Job(job), m_bCodes(bCodes)
+CDXFNotes::CDXFNotes(const CIEData& job, CString strFile, bool bCodes)
+    : m_Job(job),
+      m_bCodes(bCodes),
+      m_bBinary(TDXFOutput::IsBinaryName(strFile)),
+      m_ePlaneUnits(job.GetJobInfo()->GetCSType() != TIEJobInfo::Geographic ? job.GetJobInfo()->GetDistUnits()
+                                                                            : EDIST_UNITS::None),
+      m_eUnits(job.GetJobInfo()->GetDistUnits())
 {
     m_Note.m_strFile = std::move(strFile);
 }
@@ -48,73 +55,65 @@ void CDXFNotes::LookAtCase(std::string_view text)
         "names, layers, codes and values are read back in upper case, \"" + TDXFOutput::AsRead(text) + "\" among them");
 }
 
+// ---- numbers
+
+bool CDXFNotes::IsNumber(double dValue, EDIST_UNITS units) const
+{
+    const double dWritten = IEUtils::FromMetersFactor(dValue, units);
+    return m_bBinary ? std::isfinite(dWritten) : std::fabs(dWritten) < TDXFOutput::kNumberLimit;
+}
+
+bool CDXFNotes::ArePlaceNumbers(double dNorth, double dEast, double dHeight, EDIST_UNITS plane) const
+{
+    return IsNumber(dNorth, plane) && IsNumber(dEast, plane) && IsNumber(dHeight, m_eUnits);
+}
+
+void CDXFNotes::AddTooLarge(const char* pCode, const CString& strRecord)
+{
+    Add(TIENote::Changed, pCode, strRecord,
+        m_bBinary ? "a number of it grows beyond all numbers in the drawing's units"
+                  : "a number of it, of 1e30 or more in the drawing's units, goes out as no number, and is read back "
+                    "as 0");
+}
+
 // ---- the file as a whole
 
-void CDXFNotes::NoteRun(const CIEDataset* pDataset)
+void CDXFNotes::NoteRun(const CIEDataset* pDataset, bool bObjects, bool bSurfaces)
 {
-    if (TDXFOutput::IsBinaryName(m_Note.m_strFile))
-        Add(TIENote::Changed, "job.binary-form", {},
-            "the binary form begins with no mark by which a reader knows it; a file with the extension \"dxf\" is read "
-            "everywhere");
-    if (m_Job.GetJobInfo()->GetCSType() == TIEJobInfo::Geographic)
-        Add(TIENote::Changed, "job.geographic", {},
-            "latitude and longitude go out with six decimals, which is some ten centimetres on the ground");
+    NoteForm();
     if (m_Job.GetSettings().m_bSingleFile && m_Job.GetNumberOfDatasets() > 1)
         Add(TIENote::LeftOut, "job.datasets", {},
             "a drawing holds one dataset, the current one; the others go into files of their own");
     NoteLayers();
-    if (pDataset) {
-        NoteSurfaces(*pDataset);
-        LookThrough(*pDataset);
+    if (!pDataset)
+        return;
+    NoteSurfaces(*pDataset, bSurfaces);
+    if (!bObjects) {
+        NoteUnwantedObjects(*pDataset);
+        return;
     }
+    LookThrough(*pDataset);
+    NoteFlatLines(*pDataset);
+    NoteCodeDrawing(*pDataset);
 }
 
-void CDXFNotes::LookThrough(const CIEDataset& dataset)
+/// The form of the numbers, and of the file.
+void CDXFNotes::NoteForm()
 {
-    int nPatterns = 0;
-    bool bNames = false;
-    bool bAttributes = false;
-    for (int i = 0; const CIEObject* const pObject = dataset.GetObjectAt(i); ++i) {
-        nPatterns += pObject->GetStateType() == CIEObject::InBlock;
-        bNames = bNames || !pObject->GetName().empty();
-        for (int k = 0; const CIECodeValues* const pCode = pObject->GetCode(k); ++k)
-            bAttributes = bAttributes || pCode->GetDescription()->GetSize() > 0;
-        if (m_bCodes)
-            ++m_Blocks[BlockName(pObject->GetName())];
+    if (m_bBinary) {
+        Add(TIENote::Changed, "job.binary-form", {},
+            "the binary form begins with no mark by which a reader knows it; a file with the extension \"dxf\" is read "
+            "everywhere");
+        return;
     }
-    if (nPatterns > 0)
-        Add(TIENote::Changed, "job.block-patterns", {},
-            IEUtils::IntToString(nPatterns) +
-                " objects are parts of the definitions of blocks, and go out as if they lay on the ground");
-    if (bNames && !m_bCodes)
-        Add(TIENote::LeftOut, "job.name", {},
-            "a name is a text beside its object, and the object is read back without it");
-    if (bAttributes && !m_Job.GetSettings().m_bSingleFile)
-        Add(TIENote::Changed, "job.attribute-codes", {},
-            "in a file for each dataset attributes go out without the names of their codes, and are read back as ones "
-            "of a code named after the file");
-}
-
-void CDXFNotes::NoteSurfaces(const CIEDataset& dataset)
-{
-    if (dataset.GetNumberOfSurfaces() > 0)
-        Add(TIENote::Changed, "job.surfaces", {},
-            "a surface goes out as faces without its name; all faces are read back as one surface, three positions for "
-            "each of them");
-    for (int i = 0; const CIESurface* const pSurface = dataset.GetSurfaceAt(i); ++i) {
-        int nBroken = 0;
-        for (int j = 0; const CIETriangle* const pTriangle = pSurface->GetTriangleAt(j); ++j) {
-            for (int k = 0; k < CIETriangle::kCorners; ++k) {
-                if (!pSurface->GetPositionAt(pTriangle->GetPosition(k))) {
-                    ++nBroken;
-                    break;
-                }
-            }
-        }
-        if (nBroken > 0)
-            Add(TIENote::LeftOut, "surface.triangles", pSurface->GetName(),
-                IEUtils::IntToString(nBroken) + " of its triangles have corners that it has no position for");
-    }
+    const bool bGeographic = m_Job.GetJobInfo()->GetCSType() == TIEJobInfo::Geographic;
+    if (bGeographic)
+        Add(TIENote::Changed, "job.geographic", {},
+            "latitude and longitude go out with six decimals, which is some ten centimetres on the ground");
+    if (m_eUnits == EDIST_UNITS::USMiles)
+        Add(TIENote::Changed, "job.miles", {},
+            CString(bGeographic ? "heights" : "coordinates") +
+                " in US miles go out with six decimals, which is 1.6 millimetres on the ground");
 }
 
 void CDXFNotes::NoteColor(TIEColor color, int nIndex)

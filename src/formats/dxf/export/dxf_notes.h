@@ -14,34 +14,48 @@ public:
     /// `bCodes`: the dataset is written as blocks. The job outlives this.
     CDXFNotes(const CIEData& job, CString strFile, bool bCodes);
 
-    /// Tells of the file as a whole. The dataset may be null.
-    void NoteRun(const CIEDataset* pDataset);
+    /// Tells of the file as a whole, and of what the settings don't ask for. The dataset may be null.
+    void NoteRun(const CIEDataset* pDataset, bool bObjects, bool bSurfaces);
     void NoteObject(const CIEObject& object);
     /// Tells of a colour that drawings lack.
     void NoteColor(TIEColor color, int nIndex);
 
 private:
     void Add(TIENote::EKind eKind, const char* pCode, const CString& strRecord, CString strReason);
+    void NoteForm();
+    void NoteUnwantedObjects(const CIEDataset& dataset);
     void LookThrough(const CIEDataset& dataset);
+    void NoteFlatLines(const CIEDataset& dataset);
+    void NoteCodeDrawing(const CIEDataset& dataset);
     void NoteLayers();
     void NoteLayer(const CIELayer& layer);
-    void NoteSurfaces(const CIEDataset& dataset);
+    void NoteSurfaces(const CIEDataset& dataset, bool bWanted);
+    /// Gives the number of faces that the drawing gets.
+    int NoteTriangles(const CIESurface& surface);
     void NoteName(const CIEObject& object);
-    void NoteStations(const CIEObject& object);
+    void NoteNumbers(const CIEObject& object);
     void NoteRing(const CIEObject& object);
     void NoteDrawing(const CIEObject& object);
     void NoteLayerOf(const CIEObject& object);
     void NoteCodes(const CIEObject& object);
     void NoteCode(const CIEObject& object, const CIECodeValues& code);
+    void NoteSharedTags(const CIEObject& object);
     void NoteDescription(const CIECodeDescription& description);
     /// Whether a text isn't in upper case, in which all of them come back.
     void LookAtCase(std::string_view text);
     /// Tells, once for an object, of a text that comes back as another one, or acts as a word of the form.
     bool NoteText(const CIEObject& object, const char* pCode, std::string_view text, const char* pWhat);
+    /// Whether a number in metres, or with EDIST_UNITS::None as it stands, goes out as one.
+    [[nodiscard]] bool IsNumber(double dValue, EDIST_UNITS units) const;
+    [[nodiscard]] bool ArePlaceNumbers(double dNorth, double dEast, double dHeight, EDIST_UNITS plane) const;
+    void AddTooLarge(const char* pCode, const CString& strRecord);
 
     const CIEData& m_Job;
     TIENote m_Note;
     bool m_bCodes;
+    bool m_bBinary;
+    EDIST_UNITS m_ePlaneUnits;
+    EDIST_UNITS m_eUnits;
     std::unordered_map<CString, int> m_Blocks;                    ///< how many objects have a block of that name
     std::unordered_set<const CIECodeDescription*> m_Descriptions; ///< those looked at
     std::unordered_set<const CIECodeDescription*> m_ManyStrings;  ///< those told of for their code strings

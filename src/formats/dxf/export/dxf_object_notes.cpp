@@ -6,7 +6,6 @@
 #include "vellumlib/utils.h"
 
 #include <algorithm>
-#include <cmath>
 
 using namespace DXFNoteWords;
 
@@ -26,7 +25,7 @@ void CDXFNotes::NoteObject(const CIEObject& object)
     if (object.GetGroupType() == CIEObject::SheetLike || object.GetGroupType() == CIEObject::CompositeLike)
         return;
     NoteLayerOf(object);
-    NoteStations(object);
+    NoteNumbers(object);
     NoteRing(object);
     NoteDrawing(object);
     NoteCodes(object);
@@ -67,21 +66,27 @@ void CDXFNotes::NoteName(const CIEObject& object)
                 "\", and a reader puts all of them where each one lies");
 }
 
-void CDXFNotes::NoteStations(const CIEObject& object)
+void CDXFNotes::NoteNumbers(const CIEObject& object)
 {
-    const TIEJobInfo& info = *m_Job.GetJobInfo();
-    const EDIST_UNITS plane = info.GetCSType() != TIEJobInfo::Geographic ? info.GetDistUnits() : EDIST_UNITS::None;
-    const auto isWritten = [](double dValue, EDIST_UNITS units) {
-        return std::fabs(IEUtils::FromMetersFactor(dValue, units)) < TDXFOutput::kNumberLimit;
-    };
+    bool bNumbers = true;
+    const CIEStation& first = *object.GetStation(0);
     for (int i = 0; const CIEStation* const pStation = object.GetStation(i); ++i) {
-        if (isWritten(pStation->m_dNorth, plane) && isWritten(pStation->m_dEast, plane) &&
-            isWritten(pStation->GetHeight(), info.GetDistUnits()))
-            continue;
-        Add(TIENote::Changed, "object.coordinates", object.GetName(),
-            "a coordinate of 1e30 or more goes out as no number, and is read back as 0");
-        return;
+        double dNorth = pStation->m_dNorth, dEast = pStation->m_dEast, dHeight = pStation->GetHeight();
+        if (m_bCodes && i > 0) { // a block holds what lies between them
+            dNorth -= first.m_dNorth;
+            dEast -= first.m_dEast;
+            dHeight -= first.GetHeight();
+        }
+        bNumbers = bNumbers && ArePlaceNumbers(dNorth, dEast, dHeight, m_ePlaneUnits);
     }
+    if (object.GetType() == EIEObjectsType::Arc) {
+        const auto& arc = static_cast<const CIEArc&>(object);
+        bNumbers = bNumbers && IsNumber(arc.GetData(CIEArc::Radius), m_eUnits) &&
+                   IsNumber(arc.GetData(CIEArc::StartAngle), EDIST_UNITS::None) &&
+                   IsNumber(arc.GetData(CIEArc::EndAngle), EDIST_UNITS::None);
+    }
+    if (!bNumbers)
+        AddTooLarge("object.coordinates", object.GetName());
 }
 
 void CDXFNotes::NoteRing(const CIEObject& object)
@@ -151,6 +156,36 @@ void CDXFNotes::NoteCodes(const CIEObject& object)
         NoteDescription(*pCode->GetDescription());
         NoteCode(object, *pCode);
     }
+    if (names.size() > 1 && !m_Job.GetSettings().m_bSingleFile)
+        NoteSharedTags(object);
+}
+
+/// In a file for each dataset a tag doesn't name its code, and a reader keeps the last of the values with one tag.
+void CDXFNotes::NoteSharedTags(const CIEObject& object)
+{
+    struct TLast {
+        const CString* m_pCode;
+        const CString* m_pValue;
+    };
+    std::unordered_map<CString, TLast> last;
+    CReasons reasons;
+    for (int i = 0; const CIECodeValues* const pCode = object.GetCode(i); ++i) {
+        const CIECodeDescription& description = *pCode->GetDescription();
+        if (description.GetName() == kDatasetExtras)
+            continue;
+        for (int j = 0; const CIEAttrDescription* const pAttribute = description.GetAttrDescriptionAt(j); ++j) {
+            const CString strTag = CCoreDXFExporter::GetTagName(pAttribute->GetName());
+            const TLast now{&description.GetName(), &pCode->GetAttrAt(j)};
+            const auto [place, bNew] = last.try_emplace(ToUpper(TDXFOutput::AsRead(strTag)), now);
+            if (!bNew && *place->second.m_pValue != *now.m_pValue)
+                reasons.Add(true, "the value \"" + *place->second.m_pValue + "\" of \"" + strTag + "\" of its code \"" +
+                                      *place->second.m_pCode + "\" is lost, because its code \"" + *now.m_pCode +
+                                      "\" has an attribute of that name too");
+            place->second = now;
+        }
+    }
+    if (!reasons.Get().empty())
+        Add(TIENote::LeftOut, "object.attributes", object.GetName(), reasons.Get());
 }
 
 void CDXFNotes::NoteCode(const CIEObject& object, const CIECodeValues& code)
