@@ -40,6 +40,13 @@ TEST_F(DxfExportTest, WritesWhatItsRulesSay)
     check("us_feet.dxf", MakePlainDrawing(EDIST_UNITS::USSurveyFeet));
     check("geographic.dxf", MakePlainDrawing(EDIST_UNITS::InternationalFeet, TIEJobInfo::Geographic));
     check("codes.dxf", MakeCodedDrawing());
+    check("codes.dxb", MakeCodedDrawing(), "out.dxb");
+    check("codes_geographic.dxf", MakeCodedDrawing(EDIST_UNITS::InternationalFeet, TIEJobInfo::Geographic));
+    auto pFeet = MakeCodedDrawing(EDIST_UNITS::USSurveyFeet);
+    pFeet->GetIEDrawDictionary()->SetDefaultLayer(1);
+    pFeet->GetDatasetAt(0)->GetHeaderInfo()->SetTextHeight(1.5);
+    pFeet->GetDatasetAt(0)->GetHeaderInfo()->SetTextWidthFactor(0.75);
+    check("codes_us_feet.dxf", std::move(pFeet));
     check("names.dxf", MakeOddNames());
     check("far.dxf", MakeFarAway(1e10));
     check("farthest.dxf", MakeFarAway(1e30));
@@ -114,6 +121,7 @@ struct TSteps {
     int m_nTold;  ///< steps that the exporter tells
     int m_nCalls; ///< of SingleStep, the last one of which gives false
     const char* m_pOrder;
+    std::vector<int> m_Triangles = {1}; ///< of each surface
 };
 
 TEST_F(DxfExportTest, StepsAndOrder)
@@ -138,6 +146,14 @@ TEST_F(DxfExportTest, StepsAndOrder)
          "BLOCKS: BLOCK POINT ATTDEF ENDBLK BLOCK POLYLINE SEQEND ENDBLK ENDSEC ENTITIES: "
          "INSERT ATTRIB SEQEND INSERT SEQEND ENDSEC EOF "},
         {{Surfaces}, true, 4, 7, "BLOCKS: ENDSEC ENTITIES: 3DFACE ENDSEC EOF "},
+        {{Alignments}, true, 2, 6, "BLOCKS: ENDSEC ENTITIES: ENDSEC EOF "},
+        {{Points, Surfaces},
+         false,
+         7,
+         7,
+         "ENTITIES: 3DFACE 3DFACE 3DFACE POINT POLYLINE SEQEND ENDSEC EOF ",
+         {1, 0, 2}},
+        {{Surfaces}, true, 8, 9, "BLOCKS: ENDSEC ENTITIES: 3DFACE 3DFACE 3DFACE ENDSEC EOF ", {2, 0, 1}},
     };
     for (const TSteps& row : rows) {
         auto pJob = MakeDrawingJob();
@@ -146,7 +162,17 @@ TEST_F(DxfExportTest, StepsAndOrder)
         if (row.m_bCodes)
             GiveCode(point, AddCode(*pJob, "TREE"));
         AddLine<CIEPolyLine>(dataset, "L", {{1, 2, 3}, {4, 5, 6}});
-        AddSurface(dataset, {{0, 0, 0}, {0, 10, 1}, {10, 0, 2}}, {{0, 1, 2}});
+        for (const int nTriangles : row.m_Triangles) {
+            auto pSurface = std::make_unique<CIESurface>();
+            CIETriangle triangle;
+            for (int k = 0; k < CIETriangle::kCorners; ++k) {
+                pSurface->AddPosition({k * 10.0, k * k * 10.0, 1});
+                triangle.SetPosition(k, k);
+            }
+            for (int i = 0; i < nTriangles; ++i)
+                pSurface->AddTriangle(triangle);
+            dataset.Add(std::move(pSurface));
+        }
         ChangeSettings(*pJob, [&](TIESettings& settings) {
             settings.SetNoDataTypes();
             for (const EIEDataType eType : row.m_Types)

@@ -112,11 +112,14 @@ inline std::unique_ptr<CIEData> MakePlainDrawing(EDIST_UNITS units = EDIST_UNITS
 }
 
 /// Objects with codes of every kind, on layers in every state, and a surface.
-inline std::unique_ptr<CIEData> MakeCodedDrawing()
+inline std::unique_ptr<CIEData> MakeCodedDrawing(EDIST_UNITS units = EDIST_UNITS::Meters,
+                                                 TIEJobInfo::ECSType type = TIEJobInfo::Plane)
 {
     using TAttr = CIEAttrDescription;
     using TLine = CIEDrawLineProperties;
     auto pJob = MakeDrawingJob();
+    pJob->GetJobInfo()->SetDistUnits(units);
+    pJob->GetJobInfo()->SetCSType(type);
     CIEDataset& dataset = *pJob->GetDatasetAt(0);
     CIELayer& roads = AddLayer(*pJob, "Roads", MakeDrawnLine({0x00FF00, TLine::Dashed}));
     AddLayer(*pJob, "Off", MakeDrawn(0xFF0000), false);
