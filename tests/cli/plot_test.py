@@ -195,6 +195,15 @@ class Plot(ProgramTest):
         self.assertEqual(picture.foot(), f"labels: {len(boxes):,} of 2,000 shown")
         self.assertEqual(self.plot_job(objects, "--no-labels").texts("labels"), [])
 
+    def test_codes_stand_where_there_is_room(self):
+        objects = [point(f"P{i}", i // 8 * 10, i % 8 * 10, codes=[{"name": f"C{i}"}]) for i in range(48)]
+        for size in ("600x450", "800x600", "801x607", "1000x753", "1200x900", "1611x1203", "2000x500"):
+            with self.subTest(size):
+                picture = self.plot_job(objects, "--size", size)
+                shown = [text.text for text in picture.group("labels").iter(f"{SVG}text") if text.get("class") == "code"]
+                self.assertEqual(sorted(shown), sorted(f"C{i}" for i in range(48)))
+                self.assertEqual(picture.foot(), "")
+
     def test_a_hundred_thousand_of_each_stay_small(self):
         random.seed(4)
         def place():

@@ -46,14 +46,18 @@ constexpr double kWidest = 160.0;
 
 constexpr std::size_t kFew = 1500; ///< marks that leave room between them
 
-/// Where a label stands beside its point.
+/// Where a label stands beside its point. The codes keep at least a cell of the occupied places away from the name, so
+/// that it never takes their room.
 struct TSide {
     double m_dX;
     double m_dY; ///< of the text's line
     EAnchor m_eAnchor;
+    std::array<double, 2> m_CodeY; ///< of the line of the codes, the better one first
 };
-constexpr std::array<TSide, 4> kSides{
-    {{5, 3.5, EAnchor::Start}, {-5, 3.5, EAnchor::End}, {0, -5.5, EAnchor::Middle}, {0, 13, EAnchor::Middle}}};
+constexpr std::array<TSide, 4> kSides{{{5, 3.5, EAnchor::Start, {14, -8.5}},
+                                       {-5, 3.5, EAnchor::End, {14, -8.5}},
+                                       {0, -5.5, EAnchor::Middle, {11, -17.5}},
+                                       {0, 13, EAnchor::Middle, {23.5, -5.5}}}};
 
 struct TLabel {
     std::string m_strText;
@@ -128,11 +132,12 @@ const TSide* CLabelMaker::PlaceName(const TPixel& at, std::string_view text, std
 
 void CLabelMaker::PlaceCodes(const TPixel& at, const TSide& side, std::string_view text)
 {
-    constexpr double kBelowName = 10.0, kBelowMark = 11.0;
-    const double dY = side.m_dY > 0 ? side.m_dY + kBelowName : kBelowMark;
-    const TLabel label{
-        FitWidth(text, kCodeSize, kWidest), kCodeSize, side.m_eAnchor, {at.m_dX + side.m_dX, at.m_dY + dY}};
-    (void)Place(label, "code", false);
+    const std::string shown = FitWidth(text, kCodeSize, kWidest);
+    for (const double dY : side.m_CodeY) {
+        const TLabel label{shown, kCodeSize, side.m_eAnchor, {at.m_dX + side.m_dX, at.m_dY + dY}};
+        if (Place(label, "code", false))
+            return;
+    }
 }
 
 } // namespace

@@ -27,8 +27,8 @@ struct TLabels {
     std::size_t m_nShown = 0;
 };
 
-/// Names of points and, beneath them in smaller type, their codes, as many as have room beside each other. Names go
-/// ahead of codes, and earlier points ahead of later ones.
+/// Names of points and, in smaller type, their codes beneath them, or above where there is more room; as many as have
+/// room beside each other. Names go ahead of codes, and earlier points ahead of later ones.
 TLabels DrawLabels(const TScene& scene, const TMarkPaths& marks, const CView& view);
 
 } // namespace Cli
