@@ -203,6 +203,10 @@ class Plot(ProgramTest):
                 shown = [text.text for text in picture.group("labels").iter(f"{SVG}text") if text.get("class") == "code"]
                 self.assertEqual(sorted(shown), sorted(f"C{i}" for i in range(48)))
                 self.assertEqual(picture.foot(), "")
+        crowded = self.plot_job(objects + [point("", 60, 3, codes=[{"name": "LONE"}]), point("bare", 60, 30)], "--size", "400x300")
+        classes = [text.get("class") for text in crowded.group("labels").iter(f"{SVG}text") if text.text != "LONE"]
+        self.assertEqual(crowded.foot(), f"labels: {classes.count('name') + 1} of 50 shown; codes: {classes.count('code')} of 48 shown")
+        self.assertLess(classes.count("code"), 48)
 
     def test_a_hundred_thousand_of_each_stay_small(self):
         random.seed(4)
@@ -213,7 +217,7 @@ class Plot(ProgramTest):
         self.assertLess(picture.size, 1000000)
         self.assertLessEqual(len(picture.marks()), 20000)
         self.assertGreater(len(picture.marks()), 5000)
-        self.assertRegex(picture.foot(), r"^labels: [\d,]+ of 100,000 shown; points: [\d,]+ of 100,000 shown$")
+        self.assertRegex(picture.foot(), r"^labels: [\d,]+ of 100,000 shown; codes: [\d,]+ of 100,000 shown; points: [\d,]+ of 100,000 shown$")
         picture = self.plot_job([line(place(), place(), layer=f"L{i}", draw={"kind": "line", "color": f"#{i * 77:06x}"})
                                  for i in range(100000)])
         self.assertLess(picture.size, 3000000)

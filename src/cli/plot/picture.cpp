@@ -137,8 +137,10 @@ std::vector<std::string> CDrawing::GetRemarks() const
         if (nShown < nAll)
             remarks.push_back(fmt::format("{}: {} of {} shown", pWhat, GroupDigits(nShown), GroupDigits(nAll)));
     };
-    if (m_bLabels)
+    if (m_bLabels) {
         tell("labels", m_Labels.m_nShown, m_Labels.m_nLabels);
+        tell("codes", m_Labels.m_nCodesShown, m_Labels.m_nCodes);
+    }
     tell("points", m_Marks.m_Shown.size(), m_Scene.m_Marks.size());
     tell("lines", m_Lines.m_nDrawn, m_Lines.m_nObjects);
     tell("edges of surfaces", m_Surfaces.m_nDrawn, m_Surfaces.m_nObjects);

@@ -2,6 +2,7 @@
 
 #include "cli/plot/coverage.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <numeric>
@@ -87,7 +88,8 @@ public:
     void TakeMark(const TPixel& pixel) { m_All.Take(pixel); }
     /// Gives the side that the text got; null where there is no room.
     const TSide* PlaceName(const TPixel& at, std::string_view text, std::string_view strClass);
-    void PlaceCodes(const TPixel& at, const TSide& side, std::string_view text);
+    /// False where there is no room.
+    bool PlaceCodes(const TPixel& at, const TSide& side, std::string_view text);
     std::string Take() { return std::move(m_strSvg); }
 
 private:
@@ -130,14 +132,13 @@ const TSide* CLabelMaker::PlaceName(const TPixel& at, std::string_view text, std
     return nullptr;
 }
 
-void CLabelMaker::PlaceCodes(const TPixel& at, const TSide& side, std::string_view text)
+bool CLabelMaker::PlaceCodes(const TPixel& at, const TSide& side, std::string_view text)
 {
     const std::string shown = FitWidth(text, kCodeSize, kWidest);
-    for (const double dY : side.m_CodeY) {
+    return std::any_of(side.m_CodeY.begin(), side.m_CodeY.end(), [&](double dY) {
         const TLabel label{shown, kCodeSize, side.m_eAnchor, {at.m_dX + side.m_dX, at.m_dY + dY}};
-        if (Place(label, "code", false))
-            return;
-    }
+        return Place(label, "code", false);
+    });
 }
 
 } // namespace
@@ -186,26 +187,36 @@ TLabels DrawLabels(const TScene& scene, const TMarkPaths& marks, const CView& vi
         ++labels.m_nLabels;
         labels.m_nShown += maker.PlaceName(view.ToPixel(title.m_Place), title.m_strText, "road") ? 1 : 0;
     }
-    for (const TMark& mark : scene.m_Marks)
-        labels.m_nLabels +=
-            mark.m_pObject && (!mark.m_pObject->GetName().empty() || mark.m_pObject->GetCode(0)) ? 1 : 0;
+    for (const TMark& mark : scene.m_Marks) {
+        const bool bNamed = mark.m_pObject && !mark.m_pObject->GetName().empty();
+        const bool bCodes = mark.m_pObject && !CodesOf(*mark.m_pObject).empty();
+        labels.m_nLabels += bNamed || bCodes ? 1 : 0;
+        labels.m_nCodes += bNamed && bCodes ? 1 : 0;
+    }
 
-    std::vector<std::pair<std::size_t, const TSide*>> named;
+    struct TNamed {
+        TPixel m_At;
+        const TSide* m_pSide;
+        std::string m_strCodes;
+    };
+    std::vector<TNamed> named;
     for (const std::size_t i : marks.m_Shown) {
         const CIEObject* const pObject = scene.m_Marks[i].m_pObject;
-        if (!pObject || (pObject->GetName().empty() && !pObject->GetCode(0)))
+        if (!pObject)
             continue;
         const TPixel at = view.ToPixel(scene.m_Marks[i].m_Place);
-        if (pObject->GetName().empty())
-            labels.m_nShown += maker.PlaceName(at, CodesOf(*pObject), "code") ? 1 : 0;
-        else if (const TSide* const pSide = maker.PlaceName(at, pObject->GetName(), "name"))
-            named.emplace_back(i, pSide);
+        std::string codes = CodesOf(*pObject);
+        if (!pObject->GetName().empty()) {
+            if (const TSide* const pSide = maker.PlaceName(at, pObject->GetName(), "name"))
+                named.push_back({at, pSide, std::move(codes)});
+        } else if (!codes.empty()) {
+            labels.m_nShown += maker.PlaceName(at, codes, "code") ? 1 : 0;
+        }
     }
     labels.m_nShown += named.size();
-    for (const auto& [i, pSide] : named) {
-        if (const std::string codes = CodesOf(*scene.m_Marks[i].m_pObject); !codes.empty())
-            maker.PlaceCodes(view.ToPixel(scene.m_Marks[i].m_Place), *pSide, codes);
-    }
+    for (const TNamed& point : named)
+        labels.m_nCodesShown +=
+            !point.m_strCodes.empty() && maker.PlaceCodes(point.m_At, *point.m_pSide, point.m_strCodes) ? 1 : 0;
     labels.m_strSvg = maker.Take();
     return labels;
 }

@@ -25,6 +25,8 @@ struct TLabels {
     std::string m_strSvg;
     std::size_t m_nLabels = 0; ///< points that have a name or a code
     std::size_t m_nShown = 0;
+    std::size_t m_nCodes = 0; ///< points that have codes besides a name
+    std::size_t m_nCodesShown = 0;
 };
 
 /// Names of points and, in smaller type, their codes beneath them, or above where there is more room; as many as have
