@@ -195,6 +195,13 @@ class Plot(ProgramTest):
         self.assertEqual(picture.foot(), f"labels: {len(boxes):,} of 2,000 shown")
         self.assertEqual(self.plot_job(objects, "--no-labels").texts("labels"), [])
 
+    def test_a_code_that_says_nothing_of_the_point_is_no_label(self):
+        extras = [{"name": "JP.DATASETEXTRAS"}]
+        picture = self.plot_job([point("A", 0, 0, codes=extras + [{"name": "TREE"}]), point("JP.DATASETEXTRAS", 50, 50, codes=extras),
+                                 point("", 99, 99, codes=[{"name": "KERB"}, *extras])])
+        self.assertEqual(sorted(picture.texts("labels")), ["A", "KERB", "TREE"])
+        self.assertEqual(picture.foot(), "")
+
     def test_codes_stand_where_there_is_room(self):
         objects = [point(f"P{i}", i // 8 * 10, i % 8 * 10, codes=[{"name": f"C{i}"}]) for i in range(48)]
         for size in ("600x450", "800x600", "801x607", "1000x753", "1200x900", "1611x1203", "2000x500"):

@@ -26,19 +26,31 @@ bool Keep(const TScene& scene, const CView& view, double dCell, std::vector<std:
     return true;
 }
 
-std::string CodesOf(const CIEObject& object)
+constexpr std::string_view kDatasetExtras = "JP.DATASETEXTRAS"; ///< a code that says nothing of the point
+
+/// What is written beside a point; empty where there is nothing to say.
+struct TWords {
+    std::string_view m_strName;
+    std::string m_strCodes;
+};
+
+TWords WordsOf(const CIEObject* pObject)
 {
     constexpr std::size_t kEnough = 200; // bytes; what is longer is cut anyway
-    std::string text;
-    for (int i = 0; const CIECodeValues* const pCode = object.GetCode(i); ++i) {
+    TWords words;
+    if (!pObject)
+        return words;
+    if (pObject->GetName() != kDatasetExtras)
+        words.m_strName = pObject->GetName();
+    for (int i = 0; const CIECodeValues* const pCode = pObject->GetCode(i); ++i) {
         const CString& name = pCode->GetDescription()->GetName();
-        if (name.empty() || (i == 0 && name == object.GetName()))
+        if (name.empty() || name == kDatasetExtras || (i == 0 && name == words.m_strName))
             continue; // objects without a name are named after their code
-        text += (text.empty() ? "" : ", ") + name;
-        if (text.size() > kEnough)
+        words.m_strCodes += (words.m_strCodes.empty() ? "" : ", ") + name;
+        if (words.m_strCodes.size() > kEnough)
             break;
     }
-    return text;
+    return words;
 }
 
 constexpr double kNameSize = 10.0;
@@ -188,8 +200,8 @@ TLabels DrawLabels(const TScene& scene, const TMarkPaths& marks, const CView& vi
         labels.m_nShown += maker.PlaceName(view.ToPixel(title.m_Place), title.m_strText, "road") ? 1 : 0;
     }
     for (const TMark& mark : scene.m_Marks) {
-        const bool bNamed = mark.m_pObject && !mark.m_pObject->GetName().empty();
-        const bool bCodes = mark.m_pObject && !CodesOf(*mark.m_pObject).empty();
+        const TWords words = WordsOf(mark.m_pObject);
+        const bool bNamed = !words.m_strName.empty(), bCodes = !words.m_strCodes.empty();
         labels.m_nLabels += bNamed || bCodes ? 1 : 0;
         labels.m_nCodes += bNamed && bCodes ? 1 : 0;
     }
@@ -199,24 +211,21 @@ TLabels DrawLabels(const TScene& scene, const TMarkPaths& marks, const CView& vi
         const TSide* m_pSide;
         std::string m_strCodes;
     };
-    std::vector<TNamed> named;
+    std::vector<TNamed> named; // and have codes
     for (const std::size_t i : marks.m_Shown) {
-        const CIEObject* const pObject = scene.m_Marks[i].m_pObject;
-        if (!pObject)
+        TWords words = WordsOf(scene.m_Marks[i].m_pObject);
+        const bool bNamed = !words.m_strName.empty();
+        if (!bNamed && words.m_strCodes.empty())
             continue;
         const TPixel at = view.ToPixel(scene.m_Marks[i].m_Place);
-        std::string codes = CodesOf(*pObject);
-        if (!pObject->GetName().empty()) {
-            if (const TSide* const pSide = maker.PlaceName(at, pObject->GetName(), "name"))
-                named.push_back({at, pSide, std::move(codes)});
-        } else if (!codes.empty()) {
-            labels.m_nShown += maker.PlaceName(at, codes, "code") ? 1 : 0;
-        }
+        const TSide* const pSide =
+            bNamed ? maker.PlaceName(at, words.m_strName, "name") : maker.PlaceName(at, words.m_strCodes, "code");
+        labels.m_nShown += pSide ? 1 : 0;
+        if (pSide && bNamed && !words.m_strCodes.empty())
+            named.push_back({at, pSide, std::move(words.m_strCodes)});
     }
-    labels.m_nShown += named.size();
     for (const TNamed& point : named)
-        labels.m_nCodesShown +=
-            !point.m_strCodes.empty() && maker.PlaceCodes(point.m_At, *point.m_pSide, point.m_strCodes) ? 1 : 0;
+        labels.m_nCodesShown += maker.PlaceCodes(point.m_At, *point.m_pSide, point.m_strCodes) ? 1 : 0;
     labels.m_strSvg = maker.Take();
     return labels;
 }
