@@ -154,6 +154,20 @@ class Plot(ProgramTest):
         ground = places(picture.layers("lines")["White"][0])
         self.assertGreater(ground[0][1] - ground[-1][1], 600)  # neither the block nor the layer that is off takes room
 
+    def test_areas_that_lie_on_each_other_are_all_filled(self):
+        ring = [[5000000, 400000], [5000000, 400060], [5000060, 400060], [5000030, 400030], [5000060, 400000]]
+        for moved in (0, 7, 35):
+            turned = [[north + moved, east + moved] for north, east in ring[::-1]]
+            objects = [{"polygon": "", "stations": stations, "draw": {"kind": "area", "color": "#00cc00", "flooded": True}}
+                       for stations in (ring, turned, ring[2:] + ring[:2])]
+            path, = self.plot_job(objects).layers("lines")["(no layer)"]
+            windings = []
+            for part in path.get("d").strip("M").split("M"):
+                row = [(float(x), float(y)) for x, y in re.findall(rf"({NUMBER}) ?({NUMBER})", part)]
+                row = [(sum(x for x, _ in row[:i + 1]), sum(y for _, y in row[:i + 1])) for i in range(len(row))]
+                windings.append(sum(a[0] * b[1] - b[0] * a[1] for a, b in zip(row, row[1:] + row[:1])) > 0)
+            self.assertEqual(windings, [windings[0]] * 3)
+
     def test_layers_that_are_asked_for(self):
         layers = [{"name": "A"}, {"name": "B,C", "active": False}, {"name": "D"}]
         objects = [point("a", 0, 0, layer="A"), point("b", 1, 1, layer="B,C"), point("d", 2, 2, layer="D"), point("n", 3, 3)]

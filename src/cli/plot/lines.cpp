@@ -167,13 +167,28 @@ void FollowArc(const TArc& arc, const CView& view, CPathMaker& maker)
         maker.To(arc.At(arc.m_dStart + arc.m_dSweep * i / nSides));
 }
 
+/// True for a row that goes round from north to west. All areas of a path have to go round one way: where two that
+/// differ lie on each other, their windings add up to 0, and neither would be filled.
+bool GoesRoundToWest(const TPlace* pPlaces, std::size_t nCount)
+{
+    double dTwice = 0.0;
+    for (std::size_t i = 2; i < nCount; ++i) {
+        const TPlace &first = pPlaces[0], &a = pPlaces[i - 1], &b = pPlaces[i]; // near the first, digits are kept
+        dTwice += (a.m_dEast - first.m_dEast) * (b.m_dNorth - first.m_dNorth) -
+                  (b.m_dEast - first.m_dEast) * (a.m_dNorth - first.m_dNorth);
+    }
+    return dTwice > 0.0;
+}
+
 bool TryLines(const TScene& scene, const CView& view, CPathMaker& maker)
 {
     for (const TLine& line : scene.m_Lines) {
         const int nStyle = scene.m_Styles.GetDrawn(line.m_nStyle);
         maker.Begin(nStyle);
+        const TPlace* const pPlaces = scene.m_Places.data() + line.m_nFirst;
+        const bool bBackwards = line.m_bArea && GoesRoundToWest(pPlaces, line.m_nCount);
         for (std::size_t i = 0; i < line.m_nCount && !maker.IsTooMuch(); ++i)
-            maker.To(scene.m_Places[line.m_nFirst + i]);
+            maker.To(pPlaces[bBackwards ? line.m_nCount - 1 - i : i]);
         maker.End(line.m_bArea);
         if (maker.IsTooMuch())
             return false;
