@@ -193,7 +193,7 @@ TEST(PlotRoad, FollowsAzimuthsAndLengths)
     pLast->SetData(ELineDataType::Length, 10);
     road.AddObject(std::move(pLast));
 
-    const std::vector<TPlace> places = TraceRoad(road, false);
+    const std::vector<TPlace> places = TraceRoad(road, false).m_Places;
     constexpr std::size_t kSteps = 32;
     ASSERT_EQ(places.size(), 3 + 2 * kSteps);
     EXPECT_THAT(places[1], IsAt(100, 250));
@@ -204,7 +204,7 @@ TEST(PlotRoad, FollowsAzimuthsAndLengths)
     const TPlace& before = places[1 + 2 * kSteps];
     EXPECT_NEAR(std::atan2(last.m_dEast - before.m_dEast, last.m_dNorth - before.m_dNorth), std::numbers::pi - 1.0,
                 1e-6);
-    EXPECT_EQ(TraceRoad(road, true).size(), 1U); // metres and azimuths don't go with degrees
+    EXPECT_EQ(TraceRoad(road, true).m_Places.size(), 1U); // metres and azimuths don't go with degrees
 }
 
 TEST(PlotRoad, PositionsGoAheadOfLengths)
@@ -217,7 +217,7 @@ TEST(PlotRoad, PositionsGoAheadOfLengths)
     pLine->SetPosition(CIELine2D::End, {10, 60});
     pLine->SetData(ELineDataType::Length, 50); // its azimuth, 0, was never told
     road.AddObject(std::move(pLine));
-    EXPECT_THAT(TraceRoad(road, false), testing::ElementsAre(IsAt(10, 10), IsAt(10, 60)));
+    EXPECT_THAT(TraceRoad(road, false).m_Places, testing::ElementsAre(IsAt(10, 10), IsAt(10, 60)));
 
     CIEAlignment corners;
     for (const auto& [dNorth, dEast] : {std::pair{0.0, 0.0}, {0.0, 100.0}, {100.0, 100.0}}) {
@@ -227,11 +227,11 @@ TEST(PlotRoad, PositionsGoAheadOfLengths)
         pPoint->SetData(EIPDataType::ExitTangentLength, 500); // further than the next corner
         corners.AddObject(std::move(pPoint));
     }
-    const std::vector<TPlace> places = TraceRoad(corners, false);
+    const std::vector<TPlace> places = TraceRoad(corners, false).m_Places;
     EXPECT_THAT(places.front(), IsAt(0, 0));
     EXPECT_THAT(places[1], IsAt(0, 80));
     EXPECT_THAT(places.back(), IsAt(100, 100));
-    EXPECT_TRUE(TraceRoad(CIEAlignment(), false).empty());
+    EXPECT_TRUE(TraceRoad(CIEAlignment(), false).m_Places.empty());
 }
 
 TEST(PlotScene, LeavesOutWhatHasNoPlace)

@@ -193,6 +193,26 @@ class Plot(ProgramTest):
         self.assertIn("Road", picture.texts("labels"))
         self.assertIn("1 point, 1 surface, 1 alignment", picture.texts("legend"))
 
+    def test_alignments_that_cannot_be_followed_are_told(self):
+        ahead = {"type": "line", "azimuth": 0, "length": 100}
+        between = {"type": "line", "start": [0, 0], "end": [50, 50]}
+        starts = [{"type": "line", "length": 70, "start": place} for place in ([0, 0], [50, 50])]
+        without, in_part = "alignments without a place, not drawn: 1", "alignments drawn in part, as far as they tell where they lie: 1"
+        rows = [("plane", None, [ahead], without), ("plane", 0, [ahead], ""), ("plane", None, [], without),
+                ("plane", None, [ahead, between], in_part), ("plane", 0, [between, ahead], ""),
+                ("geographic", 0, [ahead], in_part), ("geographic", None, [ahead], without), ("geographic", None, [between], ""),
+                ("geographic", None, [between, ahead], in_part), ("geographic", None, [*starts, between], ""),
+                ("geographic", None, [ahead, *starts], in_part), ("geographic", None, starts, in_part)]
+        for system, start, elements, told in rows:
+            for objects in ([point("0", 0, 0), point("1", 50, 50)], [])[:1 if start == 0 else 2]:
+                with self.subTest(system, start=start, elements=elements, objects=objects):
+                    road = {"name": "R", "objects": elements} | ({} if start is None else {"startPoint": start})
+                    picture = self.plot_job(objects, dataset={"alignments": [road]}, info={"coordinates": system})
+                    self.assertEqual(picture.foot(), told)
+                    self.assertIn(told, self.said)
+                    if objects:
+                        self.assertEqual("R" in picture.texts("labels"), told != without)
+
     def test_labels_do_not_collide(self):
         random.seed(3)
         objects = [point(f"P{i}", random.random() * 100, random.random() * 100) for i in range(2000)]

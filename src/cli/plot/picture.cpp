@@ -146,13 +146,22 @@ std::vector<std::string> CDrawing::GetRemarks() const
     tell("edges of surfaces", m_Surfaces.m_nDrawn, m_Surfaces.m_nObjects);
     if (const int nMerged = std::max(m_Lines.m_nMerged, m_Surfaces.m_nMerged); nMerged > 0)
         remarks.push_back(fmt::format("what lies within {} {} is merged", nMerged, nMerged == 1 ? "pixel" : "pixels"));
-    if (m_Scene.m_nRelative > 0)
-        remarks.push_back(fmt::format("points told along a line, not drawn: {}",
-                                      GroupDigits(static_cast<std::size_t>(m_Scene.m_nRelative))));
-    if (m_Scene.m_nOffEarth > 0)
-        remarks.push_back(fmt::format("beyond any place on earth, not drawn: {}",
-                                      GroupDigits(static_cast<std::size_t>(m_Scene.m_nOffEarth))));
     return remarks;
+}
+
+/// What the scene itself lacks of the job.
+void AddOmissions(const TScene& scene, std::vector<std::string>& remarks)
+{
+    const std::pair<int, const char*> rows[] = {
+        {scene.m_nRelative, "points told along a line, not drawn"},
+        {scene.m_nRoadsWithoutPlace, "alignments without a place, not drawn"},
+        {scene.m_nRoadsInPart, "alignments drawn in part, as far as they tell where they lie"},
+        {scene.m_nOffEarth, "beyond any place on earth, not drawn"},
+    };
+    for (const auto& [nCount, pWhat] : rows) {
+        if (nCount > 0)
+            remarks.push_back(fmt::format("{}: {}", pWhat, GroupDigits(static_cast<std::size_t>(nCount))));
+    }
 }
 
 std::string DatasetsOf(const CIEData& job)
@@ -223,6 +232,7 @@ TPicture DrawPicture(const TScene& scene, const CIEData& job, const std::string&
                    EAnchor::Middle, "Nothing to draw");
         picture.m_bNothing = true;
     }
+    AddOmissions(scene, picture.m_Remarks);
     AppendLegend(out, options.m_Size, scene);
     if (!picture.m_Remarks.empty())
         AppendFootLine(out, options.m_Size, dLeft, fmt::format("{}", fmt::join(picture.m_Remarks, "; ")));

@@ -95,7 +95,7 @@ public:
         m_bBegun = false;
     }
     void Trace(const CIEAlignmentObject& object, const TPlace* pNextCorner);
-    std::vector<TPlace> Take() { return std::move(m_Places); }
+    TRoad Take() { return {std::move(m_Places), !m_bInPart && !m_bOpen}; }
 
 private:
     void Follow(const TElement& element);
@@ -103,11 +103,19 @@ private:
     void FollowCorner(const TPlace& corner, const TPlace& end);
     void FollowPoint(const CIEIntersectionPoint& point, const TPlace* pNextCorner);
     void Add(const TPlace& place) { m_Places.push_back(place); }
+    /// To be called ahead of an element: one that tells where it starts also tells where the one before it ends.
+    void Join(bool bTellsStart)
+    {
+        m_bInPart = m_bInPart || (m_bOpen && !bTellsStart);
+        m_bOpen = false;
+    }
 
     std::vector<TPlace> m_Places;
     double m_dAzimuth = 0.0; ///< at the last place, radians
     bool m_bGeographic;
-    bool m_bBegun = true; ///< there is more than the start point
+    bool m_bBegun = true;   ///< there is more than the start point
+    bool m_bOpen = false;   ///< nothing tells where the last element ends
+    bool m_bInPart = false; ///< an element is missing
 };
 
 void CTracer::Trace(const CIEAlignmentObject& object, const TPlace* pNextCorner)
@@ -124,20 +132,25 @@ void CTracer::Trace(const CIEAlignmentObject& object, const TPlace* pNextCorner)
 
 void CTracer::Follow(const TElement& element)
 {
+    Join(element.m_Start.has_value());
     if (element.m_Start) {
         if (!m_bBegun)
             m_Places.clear();
         Add(*element.m_Start);
     }
     m_bBegun = true;
-    if (m_Places.empty())
-        return; // nothing tells where it lies
+    if (m_Places.empty()) {
+        m_bInPart = true; // nothing tells where it lies
+        return;
+    }
     if (!m_bGeographic && std::isfinite(element.m_dLength) && element.m_dLength > 0.0) {
         FollowCourse(element, element.m_dAzimuth.value_or(m_dAzimuth));
     } else if (element.m_End && element.m_Corner) {
         FollowCorner(*element.m_Corner, *element.m_End);
     } else if (element.m_End) {
         Add(*element.m_End);
+    } else {
+        m_bOpen = element.m_dLength != 0.0;
     }
 }
 
@@ -209,8 +222,11 @@ void CTracer::FollowPoint(const CIEIntersectionPoint& point, const TPlace* pNext
     if (!corner) {
         if (point.GetSegment())
             Follow(Tell(*point.GetSegment()));
+        else
+            m_bInPart = true;
         return;
     }
+    Join(true);
     const double dEntry = point.GetData(EIPDataType::EntryTangentLength);
     const double dExit = point.GetData(EIPDataType::ExitTangentLength);
     const double dBefore = m_Places.empty() ? 0.0 : Distance(m_Places.back(), *corner);
@@ -225,7 +241,7 @@ void CTracer::FollowPoint(const CIEIntersectionPoint& point, const TPlace* pNext
 
 namespace Cli {
 
-std::vector<TPlace> TraceRoad(const CIEAlignment& alignment, bool bGeographic)
+TRoad TraceRoad(const CIEAlignment& alignment, bool bGeographic)
 {
     CTracer tracer(bGeographic);
     if (const CIEDesignPoint* const pStart = alignment.GetStartPoint())

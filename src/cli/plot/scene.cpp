@@ -244,13 +244,17 @@ void CSceneMaker::TakeRoad(const CIEAlignment& alignment)
     ++layer.m_Counts[TLayerCount::Alignments];
     if (!layer.m_bDrawn)
         return;
-    const std::vector<TPlace> places = TraceRoad(alignment, m_bGeographic);
+    const TRoad road = TraceRoad(alignment, m_bGeographic);
+    const std::vector<TPlace>& places = road.m_Places;
     if (!std::all_of(places.begin(), places.end(), [](const TPlace& p) { return IsPlace(p.m_dNorth, p.m_dEast); })) {
         ++m_Scene.m_nOffEarth;
         return;
     }
-    if (places.empty())
+    if (places.empty()) {
+        ++m_Scene.m_nRoadsWithoutPlace;
         return;
+    }
+    m_Scene.m_nRoadsInPart += road.m_bWhole ? 0 : 1;
     TStyle style;
     style.m_eFigure = EFigure::Line;
     style.m_Color = kRoadColor;
