@@ -152,6 +152,7 @@ class Plot(ProgramTest):
         self.assertEqual(picture.texts("legend"), ["Layers", "White", "1 line", "Red", "3 lines, 1 composite", "Off", "off: 1 line",
                                                    "(no layer)", "2 polygons", "and 1 layer with nothing on it"])
         ground = places(picture.layers("lines")["White"][0])
+        self.assertEqual(picture.foot(), "objects within blocks, not drawn: 1")
         self.assertGreater(ground[0][1] - ground[-1][1], 600)  # neither the block nor the layer that is off takes room
 
     def test_areas_that_lie_on_each_other_are_all_filled(self):
@@ -180,13 +181,14 @@ class Plot(ProgramTest):
         self.assertIn('there is no layer "E"; there are A, B,C, D and (no layer)', said)
 
     def test_surfaces_and_alignments(self):
-        positions = [[0, 0], [0, 100], [80, 50], [160, 50], [1, 1]]
-        dataset = {"surfaces": [{"name": "S", "positions": positions, "triangles": [[0, 1, 2], [1, 2, 3], [0, 1, -1]]}],
+        positions = [[0, 0], [0, 100], [80, 50], [160, 50], [1, 1e300]]
+        dataset = {"surfaces": [{"name": "S", "positions": positions, "triangles": [[0, 1, 2], [1, 2, 3], [0, 1, -1], [0, 1, 4]]}],
                    "alignments": [{"name": "Road", "startPoint": 0, "objects": [
                        {"type": "line", "azimuth": 0, "length": 100},
                        {"type": "curve", "radius": 40, "length": 40 * math.pi, "azimuthFollows": True}]}]}
         picture = self.plot_job([point("0", 0, 0)], dataset=dataset)
         self.assertEqual(picture.group("surfaces").get("d").count("M"), 5)
+        self.assertEqual(picture.foot(), "triangles without all corners, not drawn: 2")
         road = places(picture.layers("lines")["(no layer)"][0])
         scale = math.dist(road[0], max(road, key=lambda place: -place[1] - place[0] * 1e-6)) / 146  # north by 100, then a half circle
         self.assertAlmostEqual((road[-1][0] - road[0][0]) / scale, 80, delta=5)

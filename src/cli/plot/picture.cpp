@@ -154,6 +154,8 @@ void AddOmissions(const TScene& scene, std::vector<std::string>& remarks)
 {
     const std::pair<int, const char*> rows[] = {
         {scene.m_nRelative, "points told along a line, not drawn"},
+        {scene.m_nPatterns, "objects within blocks, not drawn"},
+        {scene.m_nTrianglesLeftOut, "triangles without all corners, not drawn"},
         {scene.m_nRoadsWithoutPlace, "alignments without a place, not drawn"},
         {scene.m_nRoadsInPart, "alignments drawn in part, as far as they tell where they lie"},
         {scene.m_nOffEarth, "beyond any place on earth, not drawn"},

@@ -227,8 +227,10 @@ void CSceneMaker::TakeSurface(const CIESurface& surface)
     for (int i = 0; const CIETriangle* const pTriangle = surface.GetTriangleAt(i); ++i) {
         const std::array<int, CIETriangle::kCorners> corners{pTriangle->GetPosition(0), pTriangle->GetPosition(1),
                                                              pTriangle->GetPosition(2)};
-        if (!std::all_of(corners.begin(), corners.end(), isUsable))
+        if (!std::all_of(corners.begin(), corners.end(), isUsable)) {
+            ++m_Scene.m_nTrianglesLeftOut;
             continue;
+        }
         for (std::size_t k = 0; k < corners.size(); ++k) {
             const auto [nLow, nHigh] = std::minmax(corners[k], corners[(k + 1) % corners.size()]);
             m_Scene.m_Edges.push_back({static_cast<std::uint32_t>(nFirst + static_cast<std::size_t>(nLow)),

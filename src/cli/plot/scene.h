@@ -90,6 +90,7 @@ struct TScene {
     int m_nPatterns = 0;              ///< objects of blocks
     int m_nRelative = 0;              ///< points whose coordinates count along and off a line
     int m_nOffEarth = 0;              ///< objects with coordinates that no place has
+    int m_nTrianglesLeftOut = 0;      ///< triangles that lack a corner, or have one that no place has
     int m_nRoadsWithoutPlace = 0;     ///< alignments of which nothing tells where they lie
     int m_nRoadsInPart = 0;           ///< alignments with elements that can't be followed
 };
