@@ -180,6 +180,17 @@ class Plot(ProgramTest):
         said = self.check_failure(USAGE, "plot", "in.job.json", "-o", "out.svg", "--layers", "A,E").err
         self.assertIn('there is no layer "E"; there are A, B,C, D and (no layer)', said)
 
+    def test_parts_are_drawn_with_their_own_layer(self):
+        layers = [{"name": "On"}, {"name": "Off", "active": False}]
+        parts = [point("on", 0, 0, layer="On"), point("off", 1, 1, layer="Off"), point("none", 2, 2)]
+        for whole, asked, shown in (("On", (), ["none", "on"]), ("Off", (), ["on"]), ("On", ("--layers", "Off"), ["off"]),
+                                    ("Off", ("--layers", "Off"), ["none", "off"]), (None, (), ["none", "on"]), (None, ("--layers", "On"), ["on"])):
+            with self.subTest(whole, asked=asked):
+                composite = {"composite": "", "parts": parts} | ({"layer": whole} if whole else {})
+                picture = self.plot_job([composite], *asked, layers=layers)
+                self.assertEqual(sorted(picture.texts("labels")), shown)
+        self.assertEqual(picture.texts("legend"), ["Layers", "On", "1 part", "Off", "off: 1 part", "(no layer)", "off: 1 composite"])
+
     def test_surfaces_and_alignments(self):
         positions = [[0, 0], [0, 100], [80, 50], [160, 50], [1, 1e300]]
         dataset = {"surfaces": [{"name": "S", "positions": positions, "triangles": [[0, 1, 2], [1, 2, 3], [0, 1, -1], [0, 1, 4]]}],

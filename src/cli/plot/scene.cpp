@@ -114,8 +114,6 @@ void CSceneMaker::TakeObject(const CIEObject& object)
     }
     TLayerCount& layer = LayerOf(object.GetLayer());
     ++layer.m_Counts[KindOf(object.GetType())];
-    if (!layer.m_bDrawn)
-        return;
     const auto* const pWhole = dynamic_cast<const CIECompositeObject*>(&object);
     if (!pWhole)
         return Draw(object, nullptr, layer);
@@ -125,8 +123,9 @@ void CSceneMaker::TakeObject(const CIEObject& object)
 
 void CSceneMaker::Draw(const CIEObject& object, const CIEObject* pWhole, TLayerCount& layer)
 {
-    // a part may lie on a layer of its own that is off
+    // a part may lie on a layer of its own, which alone says whether it is drawn
     TLayerCount& own = pWhole && object.GetLayer() ? LayerOf(object.GetLayer()) : layer;
+    own.m_Counts[TLayerCount::Parts] += &own == &layer ? 0 : 1;
     if (!own.m_bDrawn)
         return;
     TStyle style = StyleOf(object, pWhole, own.m_pLayer);

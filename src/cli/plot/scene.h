@@ -70,7 +70,7 @@ struct TTitle {
 
 /// What lies on one layer, or on none.
 struct TLayerCount {
-    enum EKind : std::size_t { Points = 0, Lines, Polygons, Arcs, Others, Surfaces, Alignments, Kinds };
+    enum EKind : std::size_t { Points = 0, Lines, Polygons, Arcs, Others, Parts, Surfaces, Alignments, Kinds };
     const CIELayer* m_pLayer = nullptr; ///< null for what has no layer
     bool m_bDrawn = true;               ///< false for a layer that is off
     std::array<int, Kinds> m_Counts{};

@@ -203,8 +203,9 @@ std::string GroupDigits(std::size_t nCount)
 
 std::string DescribeCounts(const TLayerCount& layer)
 {
-    constexpr std::array<const char*, TLayerCount::Kinds> kWords{"point",     "line",    "polygon",  "arc",
-                                                                 "composite", "surface", "alignment"};
+    // parts of composites count where they lie on another layer than the whole
+    constexpr std::array<const char*, TLayerCount::Kinds> kWords{"point",     "line", "polygon", "arc",
+                                                                 "composite", "part", "surface", "alignment"};
     std::string text;
     for (std::size_t i = 0; i < kWords.size(); ++i) {
         const int nCount = layer.m_Counts[i];
