@@ -161,6 +161,21 @@ TEST(PlotView, FitsEveryExtent)
     }
 }
 
+TEST(PlotView, HasALineOfTheGridInEachDirection)
+{
+    for (const bool bGeographic : {false, true}) {
+        for (double dSize = 0.003; dSize < 80; dSize *= 1.7) {
+            for (double dAt = 41.0123; dAt < 47; dAt += 0.377) {
+                const CView view({{dAt, -dAt}, {dAt + dSize / 3, dSize - dAt}}, {80, 54, 256, 190}, bGeographic);
+                std::string svg;
+                CGrid(view, EDIST_UNITS::InternationalFeet).Append(svg);
+                EXPECT_THAT(svg, testing::ContainsRegex(" [NS]</text>")) << dAt << " " << dSize;
+                EXPECT_THAT(svg, testing::ContainsRegex(" [EW]</text>")) << dAt << " " << dSize;
+            }
+        }
+    }
+}
+
 TEST(PlotView, RoundsToStepsForPeople)
 {
     const std::pair<double, double> rows[] = {{1, 1},    {1.99, 1}, {2, 2},       {4.9, 2},     {5, 5},

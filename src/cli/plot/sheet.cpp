@@ -49,6 +49,20 @@ int DecimalsFor(double dStep)
     return static_cast<int>(std::clamp(-std::floor(std::log10(dStep) + kNearly), 0.0, kMost));
 }
 
+double NextSmallerStep(double dStep)
+{
+    constexpr double kBelow = 0.9;
+    return RoundDown125(dStep * kBelow);
+}
+
+double WidestOf(const TGridLines& lines)
+{
+    double dWidest = 0.0;
+    for (const std::string& text : lines.m_Texts)
+        dWidest = std::max(dWidest, EstimateWidth(text, kTickSize));
+    return dWidest;
+}
+
 std::string ShowLength(double dLength, EDIST_UNITS units)
 {
     constexpr double kKilometer = 1000.0;
@@ -87,26 +101,30 @@ CGrid::CGrid(const CView& view, EDIST_UNITS units)
     const TPlace least = view.ToPlace({view.GetBox().m_dLeft, view.GetBox().m_dBottom});
     const TPlace most = view.ToPlace({view.GetBox().m_dRight, view.GetBox().m_dTop});
     double dStep = stepFor(kApart);
-    for (int i = 0; i < 2; ++i) { // long coordinates stand further apart
-        m_nDecimals = DecimalsFor(dStep);
-        m_North = {};
-        m_East = {};
+    const auto addLines = [&] {
         AddLines(m_North, least.m_dNorth, most.m_dNorth, dStep, true);
         AddLines(m_East, least.m_dEast, most.m_dEast, dStep, false);
-        double dWidest = 0.0;
-        for (const std::string& text : m_East.m_Texts)
-            dWidest = std::max(dWidest, EstimateWidth(text, kTickSize));
-        if (dWidest + kGap <= kApart)
-            break;
+    };
+    addLines();
+    if (const double dWidest = WidestOf(m_East); dWidest + kGap > kApart) { // long coordinates stand further apart
         dStep = stepFor(dWidest + kGap);
+        addLines();
     }
-    m_strStep =
-        view.IsGeographic() ? IEUtils::DoubleToString(dStep, m_nDecimals) + "\xC2\xB0" : ShowLength(dStep, units);
+    while (m_North.m_Pixels.empty() && m_East.m_Pixels.empty() && dStep > 0.0) {
+        dStep = NextSmallerStep(dStep);
+        addLines();
+    }
+    AddSingleLine(m_North, least.m_dNorth, most.m_dNorth, dStep, true);
+    AddSingleLine(m_East, least.m_dEast, most.m_dEast, dStep, false);
+    const int nDecimals = DecimalsFor(dStep);
+    m_strStep = view.IsGeographic() ? IEUtils::DoubleToString(dStep, nDecimals) + "\xC2\xB0" : ShowLength(dStep, units);
 }
 
 void CGrid::AddLines(TGridLines& lines, double dLeast, double dMost, double dStep, bool bNorth)
 {
     constexpr int kMost = 400;
+    lines = {};
+    const int nDecimals = DecimalsFor(dStep);
     const double dFirst = std::ceil(dLeast * m_dFactor / dStep);
     for (int i = 0; i < kMost; ++i) {
         const double dValue = (dFirst + i) * dStep;
@@ -115,16 +133,26 @@ void CGrid::AddLines(TGridLines& lines, double dLeast, double dMost, double dSte
         const double dPlace = dValue / m_dFactor;
         const TPixel pixel = m_View.ToPixel({dPlace, dPlace});
         lines.m_Pixels.push_back(bNorth ? pixel.m_dY : pixel.m_dX);
-        lines.m_Texts.push_back(ShowCoordinate(dValue, m_nDecimals, bNorth, m_View.IsGeographic()));
+        lines.m_Texts.push_back(ShowCoordinate(dValue, nDecimals, bNorth, m_View.IsGeographic()));
     }
+}
+
+void CGrid::AddSingleLine(TGridLines& lines, double dLeast, double dMost, double dStep, bool bNorth)
+{
+    if (!lines.m_Pixels.empty())
+        return;
+    while (lines.m_Pixels.empty() && dStep > 0.0) {
+        dStep = NextSmallerStep(dStep);
+        AddLines(lines, dLeast, dMost, dStep, bNorth);
+    }
+    // a second one would tell of another step than the sheet does
+    lines.m_Pixels.resize(std::min(lines.m_Pixels.size(), std::size_t{1}));
+    lines.m_Texts.resize(lines.m_Pixels.size());
 }
 
 double CGrid::GetTextWidth() const
 {
-    double dWidest = 0.0;
-    for (const std::string& text : m_North.m_Texts)
-        dWidest = std::max(dWidest, EstimateWidth(text, kTickSize));
-    return dWidest;
+    return WidestOf(m_North);
 }
 
 void CGrid::Append(std::string& out) const

@@ -24,7 +24,7 @@ struct TGridLines {
     std::vector<std::string> m_Texts;
 };
 
-/// A grid at steps of 1, 2 or 5 times a power of ten in the job's units, or in degrees.
+/// A grid at steps of 1, 2 or 5 times a power of ten in the job's units, or in degrees. Each direction has a line.
 class CGrid {
 public:
     CGrid(const CView& view, EDIST_UNITS units);
@@ -37,13 +37,14 @@ public:
 
 private:
     void AddLines(TGridLines& lines, double dLeast, double dMost, double dStep, bool bNorth);
+    /// In a direction where the step leaves no line, one at a finer step.
+    void AddSingleLine(TGridLines& lines, double dLeast, double dMost, double dStep, bool bNorth);
 
     const CView& m_View;
     TGridLines m_North;
     TGridLines m_East;
     std::string m_strStep;
     double m_dFactor; ///< of metres to the units
-    int m_nDecimals = 0;
 };
 
 void AppendTitle(std::string& out, const TSize& size, std::string_view title, std::string_view subtitle);
