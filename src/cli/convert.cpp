@@ -4,8 +4,6 @@
 #include "cli/input.h"
 #include "cli/report.h"
 
-#include <filesystem>
-
 namespace {
 
 using namespace Cli;
@@ -151,14 +149,6 @@ nlohmann::ordered_json CConversion::MakeReport(EExit eExit) const
             {"export", std::move(out)},
             {"files", m_Delivery.m_Files},
             {"notes", std::move(notes)}};
-}
-
-bool IsSameFile(const std::string& left, const std::string& right)
-{
-    std::error_code first, second;
-    const auto a = std::filesystem::weakly_canonical(left, first);
-    const auto b = std::filesystem::weakly_canonical(right, second);
-    return first || second ? left == right : a == b;
 }
 
 } // namespace

@@ -65,6 +65,8 @@ EExit CheckTarget(const TPlotArguments& arguments, CMessages& messages)
     if (!extension.empty() && extension != "svg")
         return messages.Fail(EExit::Usage,
                              fmt::format("{}: a picture is an SVG file; name it .svg", arguments.m_strOut));
+    if (IsSameFile(arguments.m_strIn, arguments.m_strOut))
+        return messages.Fail(EExit::Usage, "--output names the same file as the input");
     const std::string obstacle = FindObstacle(FollowLink(arguments.m_strOut), arguments.m_bOverwrite);
     return obstacle.empty() ? EExit::Done : messages.Fail(EExit::OutputFailed, obstacle);
 }

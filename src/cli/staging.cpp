@@ -186,6 +186,14 @@ std::string FollowLink(const std::string& strPath)
     return error ? strPath : real.string();
 }
 
+bool IsSameFile(const std::string& left, const std::string& right)
+{
+    std::error_code first, second;
+    const auto a = fs::weakly_canonical(left, first);
+    const auto b = fs::weakly_canonical(right, second);
+    return first || second ? left == right : a == b;
+}
+
 std::string FolderOf(const std::string& strPath)
 {
     return strPath.substr(0, strPath.rfind('/') + 1); // npos + 1 is 0

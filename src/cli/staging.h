@@ -47,6 +47,9 @@ std::string FindObstacle(const std::string& strPath, bool bOverwrite);
 /// The path itself, or where a symbolic link there leads, so that the file behind it is replaced and not the link.
 std::string FollowLink(const std::string& strPath);
 
+/// Whether two paths name one file, by links or otherwise.
+bool IsSameFile(const std::string& left, const std::string& right);
+
 /// The folder of a path with its slash; empty if it has none.
 std::string FolderOf(const std::string& strPath);
 

@@ -321,6 +321,15 @@ class Plot(ProgramTest):
         self.assertEqual(self.names(), ["bad.svg", "bad.txt", "in.txt", "new.svg", "old.svg"])
         self.assertEqual(self.read("old.svg"), b"stays")
 
+    def test_a_picture_never_replaces_what_it_shows(self):
+        self.write("points", POINTS)
+        os.symlink("points", self.path("link.svg"))
+        os.symlink(self.folder, self.path("here"))
+        for out in ("points", "./points", "link.svg", "here/points"):
+            with self.subTest(out):
+                self.check_failure(USAGE, "plot", "points", "--from", "0", "-o", out, "--overwrite")
+                self.assertEqual(self.read("points").decode(), POINTS)
+
     def test_the_quarry(self):
         picture = self.plot(QUARRY)
         self.assertLess(picture.size, 50000)
