@@ -5,6 +5,7 @@
 //   dxf_floor read FILE         splits it into groups
 
 #include "drawing.h"
+#include "files.h"
 #include "usage.h"
 
 #include <cstdlib>
@@ -14,23 +15,7 @@
 
 namespace {
 
-using TFile = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
-
 constexpr std::size_t kBuffer = std::size_t{1} << 20;
-
-[[noreturn]] void Fail(const char* pWhat)
-{
-    std::perror(pWhat);
-    std::exit(1);
-}
-
-TFile Open(const char* pPath, const char* pMode)
-{
-    TFile file(std::fopen(pPath, pMode), &std::fclose);
-    if (!file)
-        Fail(pPath);
-    return file;
-}
 
 struct TSums {
     std::size_t m_nGroups = 0;

@@ -5,6 +5,7 @@
 //   floor read FILE          reads it into an array
 //   floor write FILE COUNT   writes it from an array
 
+#include "files.h"
 #include "point_list.h"
 #include "usage.h"
 
@@ -17,23 +18,8 @@
 namespace {
 
 using PointList::TPoint;
-using TFile = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 constexpr std::size_t kBuffer = std::size_t{64} << 10;
-
-[[noreturn]] void Fail(const char* pWhat)
-{
-    std::perror(pWhat);
-    std::exit(1);
-}
-
-TFile Open(const char* pPath, const char* pMode)
-{
-    TFile file(std::fopen(pPath, pMode), &std::fclose);
-    if (!file)
-        Fail(pPath);
-    return file;
-}
 
 std::string_view TakeField(std::string_view& line)
 {
