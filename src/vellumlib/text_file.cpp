@@ -327,11 +327,7 @@ void CIETextFile::TState::AppendUnit(char16_t c)
 {
     const bool bLow = c >= 0xDC00 && c <= 0xDFFF;
     if (m_cHigh != 0 && bLow) {
-        const char32_t whole = 0x10000U + ((m_cHigh - 0xD800U) << 10U) + (c - 0xDC00U);
-        const char bytes[] = {
-            static_cast<char>(0xF0U | whole >> 18U), static_cast<char>(0x80U | (whole >> 12U & 0x3FU)),
-            static_cast<char>(0x80U | (whole >> 6U & 0x3FU)), static_cast<char>(0x80U | (whole & 0x3FU))};
-        m_strConverted.append(bytes, sizeof bytes);
+        IEUtils::AppendCharacter(m_strConverted, 0x10000U + ((m_cHigh - 0xD800U) << 10U) + (c - 0xDC00U));
         m_cHigh = 0;
         return;
     }
@@ -343,7 +339,7 @@ void CIETextFile::TState::AppendUnit(char16_t c)
     else if (bLow)
         AppendReplacement();
     else if (m_cHigh == 0)
-        m_strConverted += IEUtils::CharToString(c);
+        IEUtils::AppendCharacter(m_strConverted, c);
 }
 
 CIETextFile::CIETextFile() : m_pState(std::make_unique<TState>()) {}

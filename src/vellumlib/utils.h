@@ -67,6 +67,8 @@ ALIDADE_API std::string_view Column(std::string_view text, int nFirst, int nWidt
 /// A text that is longer stays whole.
 ALIDADE_API CString GetReportString(char cFill, int nWidth, bool bRight, std::string_view text);
 ALIDADE_API CString GetStringOfSpaces(int nCount);
+/// Appends the UTF-8 of one character; what is none, a lone surrogate among them, gives U+FFFD.
+ALIDADE_API void AppendCharacter(CString& out, char32_t c);
 /// UTF-8 of one 16-bit character; a lone surrogate gives U+FFFD.
 ALIDADE_API CString CharToString(char16_t c);
 /// The first character if it fits 16 bits, else 0.
@@ -74,6 +76,8 @@ ALIDADE_API char16_t StringToChar(std::string_view text);
 ALIDADE_API bool IsValidUtf8(std::string_view text);
 /// ASCII letters in lower case; all others stay.
 ALIDADE_API CString ToLower(std::string_view text);
+/// ASCII letters in upper case; all others stay.
+ALIDADE_API CString ToUpper(std::string_view text);
 
 // ---- numbers
 

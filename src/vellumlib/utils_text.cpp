@@ -321,21 +321,32 @@ CString GetStringOfSpaces(int nCount)
     return CString(static_cast<std::size_t>(std::max(nCount, 0)), ' ');
 }
 
+void AppendCharacter(CString& out, char32_t c)
+{
+    const auto add = [&out](char32_t nByte) { out += static_cast<char>(static_cast<unsigned char>(nByte)); };
+    if ((c >= 0xD800 && c <= 0xDFFF) || c > 0x10FFFF)
+        c = 0xFFFD;
+    if (c < 0x80) {
+        add(c);
+    } else if (c < 0x800) {
+        add(0xC0U | c >> 6U);
+        add(0x80U | (c & 0x3FU));
+    } else if (c < 0x10000) {
+        add(0xE0U | c >> 12U);
+        add(0x80U | (c >> 6U & 0x3FU));
+        add(0x80U | (c & 0x3FU));
+    } else {
+        add(0xF0U | c >> 18U);
+        add(0x80U | (c >> 12U & 0x3FU));
+        add(0x80U | (c >> 6U & 0x3FU));
+        add(0x80U | (c & 0x3FU));
+    }
+}
+
 CString CharToString(char16_t c)
 {
-    if (c >= 0xD800 && c <= 0xDFFF)
-        c = 0xFFFD;
     CString text;
-    if (c < 0x80) {
-        text += static_cast<char>(c);
-    } else if (c < 0x800) {
-        text += static_cast<char>(0xC0U | c >> 6U);
-        text += static_cast<char>(0x80U | (c & 0x3FU));
-    } else {
-        text += static_cast<char>(0xE0U | c >> 12U);
-        text += static_cast<char>(0x80U | (c >> 6U & 0x3FU));
-        text += static_cast<char>(0x80U | (c & 0x3FU));
-    }
+    AppendCharacter(text, c);
     return text;
 }
 
@@ -375,6 +386,16 @@ CString ToLower(std::string_view text)
             c = static_cast<char>(c - 'A' + 'a');
     }
     return lower;
+}
+
+CString ToUpper(std::string_view text)
+{
+    CString upper(text);
+    for (char& c : upper) {
+        if (c >= 'a' && c <= 'z')
+            c = static_cast<char>(c - 'a' + 'A');
+    }
+    return upper;
 }
 
 } // namespace IEUtils

@@ -142,6 +142,13 @@ TEST(UtilsText, SixteenBitCharactersGoThereAndBack)
         ASSERT_TRUE(IEUtils::IsValidUtf8(text)) << c;
         ASSERT_EQ(IEUtils::StringToChar(text + "x"), bSurrogate ? 0xFFFD : c);
     }
+    const std::pair<char32_t, const char*> rows[] = {
+        {0x10000, "\U00010000"}, {0x1F600, "\U0001F600"}, {0x10FFFF, "\U0010FFFF"}, {0x110000, "\uFFFD"}};
+    for (const auto& [c, pText] : rows) {
+        CString text = "x";
+        IEUtils::AppendCharacter(text, c);
+        EXPECT_EQ(text, CString("x") + pText);
+    }
     for (std::string_view text : {"", "\U0001F600", "\xC3", "\x80", "\xC0\x80", "\xED\xA0\x80"})
         EXPECT_EQ(IEUtils::StringToChar(text), 0) << text;
 }
@@ -179,6 +186,7 @@ TEST(UtilsText, Utf8IsCheckedWhereverItStands)
         }
     }
     EXPECT_EQ(IEUtils::ToLower("ABC-\u00C4xYZ@["), "abc-\u00C4xyz@[");
+    EXPECT_EQ(IEUtils::ToUpper("`{az-\u00E4XyZ"), "`{AZ-\u00E4XYZ");
 }
 
 } // namespace

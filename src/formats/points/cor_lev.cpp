@@ -26,15 +26,6 @@ CString BaseOf(CString strFileName)
     return strFileName;
 }
 
-CString ToUpper(CString text)
-{
-    for (char& c : text) {
-        if (c >= 'a' && c <= 'z')
-            c = static_cast<char>(c - 'a' + 'A');
-    }
-    return text;
-}
-
 CString NumberField(double dValue)
 {
     return IEUtils::GetReportString(' ', kNumberWidth, true, IEUtils::DoubleToString(dValue, kDecimals));
@@ -72,7 +63,7 @@ EIEResult CIECorLevImporter::Import()
 bool CIECorLevImporter::Open(CIETextFile& file, const char* pExtension)
 {
     const CString& strCodePage = m_pData->GetSettings().m_strCodePage;
-    const CString strUpper = ToUpper(pExtension);
+    const CString strUpper = IEUtils::ToUpper(pExtension);
     const CString strCapital = strUpper.substr(0, 2) + CString(pExtension).substr(2); // behind the point
     for (const CString& strExtension : {CString(pExtension), strUpper, strCapital}) {
         if (file.Open(m_strBase + strExtension, strCodePage))

@@ -2,6 +2,7 @@
 
 #include "formats/dxf/export/core_dxf_exporter.h"
 #include "formats/dxf/export/dxf_output.h"
+#include "vellumlib/utils.h"
 
 #include <algorithm>
 
@@ -15,28 +16,18 @@ constexpr std::string_view kWords[] = {"ARC",   "ATTRIB",   "3DFACE",     "INSER
 
 namespace DXFNoteWords {
 
-CString ToUpper(std::string_view text)
-{
-    CString upper(text);
-    for (char& c : upper) {
-        if (c >= 'a' && c <= 'z')
-            c = static_cast<char>(c - 'a' + 'A');
-    }
-    return upper;
-}
-
 bool IsWord(std::string_view text)
 {
     constexpr std::size_t kLongest = 10;
     if (text.size() > kLongest)
         return false;
-    const CString upper = ToUpper(text);
+    const CString upper = IEUtils::ToUpper(text);
     return std::find(std::begin(kWords), std::end(kWords), upper) != std::end(kWords);
 }
 
 CString BlockName(const CString& strName)
 {
-    return ToUpper(TDXFOutput::AsRead(CCoreDXFExporter::CreateCorrectDXFName(strName, true)));
+    return IEUtils::ToUpper(TDXFOutput::AsRead(CCoreDXFExporter::CreateCorrectDXFName(strName, true)));
 }
 
 bool HasWidth(const CIEDrawProperties* pProperties)

@@ -8,8 +8,6 @@
 
 namespace DXFNoteWords {
 
-/// ASCII letters in upper case, as readers give all texts.
-CString ToUpper(std::string_view text);
 /// Whether readers act on a text wherever it stands.
 bool IsWord(std::string_view text);
 /// The name of an object's block as it is read back.

@@ -140,7 +140,7 @@ void CDXFNotes::NoteLayers()
         }
         m_Layers.insert(pLayer);
         NoteLayer(*pLayer);
-        if (!names.insert(ToUpper(TDXFOutput::AsRead(strName))).second)
+        if (!names.insert(IEUtils::ToUpper(TDXFOutput::AsRead(strName))).second)
             Add(TIENote::Changed, "job.layer", strName, "a layer ahead has the same name but for its case");
     }
 }

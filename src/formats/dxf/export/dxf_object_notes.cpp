@@ -60,7 +60,7 @@ void CDXFNotes::NoteName(const CIEObject& object)
     if (strRead != strName)
         Add(TIENote::Changed, "object.name", strName,
             "drawings allow no such name; it is read back as \"" + strRead + "\"");
-    if (const auto block = m_Blocks.find(ToUpper(strRead)); block != m_Blocks.end() && block->second > 1)
+    if (const auto block = m_Blocks.find(IEUtils::ToUpper(strRead)); block != m_Blocks.end() && block->second > 1)
         Add(TIENote::Changed, "object.block-name", strName,
             IEUtils::IntToString(block->second) + " objects have blocks of the name \"" + block->first +
                 "\", and a reader puts all of them where each one lies");
@@ -150,7 +150,7 @@ void CDXFNotes::NoteCodes(const CIEObject& object)
             m_bExtrasTold = true;
             continue;
         }
-        if (!names.insert(ToUpper(strCode)).second)
+        if (!names.insert(IEUtils::ToUpper(strCode)).second)
             Add(TIENote::Changed, "object.codes", object.GetName(),
                 "it has the code \"" + strCode + "\" twice, and both are read back as one");
         NoteDescription(*pCode->GetDescription());
@@ -176,7 +176,7 @@ void CDXFNotes::NoteSharedTags(const CIEObject& object)
         for (int j = 0; const CIEAttrDescription* const pAttribute = description.GetAttrDescriptionAt(j); ++j) {
             const CString strTag = CCoreDXFExporter::GetTagName(pAttribute->GetName());
             const TLast now{&description.GetName(), &pCode->GetAttrAt(j)};
-            const auto [place, bNew] = last.try_emplace(ToUpper(TDXFOutput::AsRead(strTag)), now);
+            const auto [place, bNew] = last.try_emplace(IEUtils::ToUpper(TDXFOutput::AsRead(strTag)), now);
             if (!bNew && *place->second.m_pValue != *now.m_pValue)
                 reasons.Add(true, "the value \"" + *place->second.m_pValue + "\" of \"" + strTag + "\" of its code \"" +
                                       *place->second.m_pCode + "\" is lost, because its code \"" + *now.m_pCode +
@@ -227,7 +227,7 @@ void CDXFNotes::NoteDescription(const CIECodeDescription& description)
         const CString& strName = pAttribute->GetName();
         const CString strQuoted = "the attribute \"" + strName + "\" ";
         const CString strTag = CCoreDXFExporter::GetTagName(strName);
-        const CString strUpper = ToUpper(strTag);
+        const CString strUpper = IEUtils::ToUpper(strTag);
         LookAtCase(strTag);
         codes.Add(strTag.find(':') != CString::npos, strQuoted + "is read back as one of another code");
         codes.Add(strUpper.starts_with("CODENAME") || strUpper.starts_with("CODESTRING"),

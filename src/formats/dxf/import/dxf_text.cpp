@@ -54,32 +54,12 @@ bool IsSurrogate(unsigned nUnit, unsigned nFirst)
     return nUnit >= nFirst && nUnit < nFirst + 0x400;
 }
 
-void AppendCharacter(CString& out, unsigned nCode)
-{
-    const auto add = [&out](unsigned nByte) { out += static_cast<char>(static_cast<unsigned char>(nByte)); };
-    if (nCode < 0x80) {
-        add(nCode);
-    } else if (nCode < 0x800) {
-        add(0xC0U | nCode >> 6U);
-        add(0x80U | (nCode & 0x3FU));
-    } else if (nCode < 0x10000) {
-        add(0xE0U | nCode >> 12U);
-        add(0x80U | (nCode >> 6U & 0x3FU));
-        add(0x80U | (nCode & 0x3FU));
-    } else {
-        add(0xF0U | nCode >> 18U);
-        add(0x80U | (nCode >> 12U & 0x3FU));
-        add(0x80U | (nCode >> 6U & 0x3FU));
-        add(0x80U | (nCode & 0x3FU));
-    }
-}
-
 /// Takes the escape of one character, of two units where one isn't enough. 0, with nothing taken, where there is none:
 /// a control character isn't taken either.
 unsigned TakeUnicode(std::string_view& text)
 {
     constexpr std::size_t kLength = kEscapeStart + kEscapeDigits;
-    constexpr unsigned kLeast = 0x20, kHigh = 0xD800, kLow = 0xDC00, kReplacement = 0xFFFD;
+    constexpr unsigned kLeast = 0x20, kHigh = 0xD800, kLow = 0xDC00;
     unsigned nCode = 0, nLow = 0;
     if (!text.starts_with("\\U+") || !ReadHex(text, kEscapeStart, nCode) || nCode < kLeast)
         return 0;
@@ -89,7 +69,7 @@ unsigned TakeUnicode(std::string_view& text)
         text.remove_prefix(kLength);
         return 0x10000 + ((nCode - kHigh) << 10U) + (nLow - kLow);
     }
-    return IsSurrogate(nCode, kHigh) || IsSurrogate(nCode, kLow) ? kReplacement : nCode;
+    return nCode; // half a character has no meaning, which AppendCharacter sees to
 }
 
 } // namespace
@@ -152,7 +132,7 @@ CString CDXFText::Unescape(std::string_view text)
     while (!text.empty()) {
         unsigned nBytes = 0;
         if (const unsigned nCode = TakeUnicode(text)) {
-            AppendCharacter(out, nCode);
+            IEUtils::AppendCharacter(out, nCode);
         } else if (text.starts_with("\\M+") && text.size() > kEscapeStart && text[kEscapeStart] >= '1' &&
                    text[kEscapeStart] < '0' + static_cast<int>(kMultiBytePages) &&
                    ReadHex(text, kEscapeStart + 1, nBytes)) {
