@@ -163,6 +163,15 @@ protected:
         return text;
     }
 
+    /// The kinds of notes of the last import, with blanks between.
+    [[nodiscard]] CString NoteCodes() const
+    {
+        CString codes;
+        for (const auto& [code, count] : m_Ledger.GetCounts())
+            codes += (codes.empty() ? "" : " ") + code;
+        return codes;
+    }
+
     /// FindFault for jobs whose polylines may have no vertex.
     static CString FindNumberFault(const CIEData& job)
     {

@@ -155,7 +155,7 @@ const TCase kCases[] = {
     {"object.attributes A, ", [](CIEData& job, CIEDataset& set) { GiveAttributes(job, set, {TAttr("W"), TAttr("N")}, {"1.5"}); }},
     {"object.attributes A, ", [](CIEData& job, CIEDataset& set) { GiveAttributes(job, set, {TAttr("W")}, {"1.5", "2"}); }},
     {"object.attributes A, ", [](CIEData& job, CIEDataset& set) { GiveAttributes(job, set, {TAttr("W"), TAttr("N")}, {"1\n2", "3\n4"}); }},
-    {"object.attributes A, ", [](CIEData& job, CIEDataset& set) { GiveAttributes(job, set, {TAttr("W")}, {CString(254, 'X')}); }},
+    {"object.attributes A, ", [](CIEData& job, CIEDataset& set) { GiveAttributes(job, set, {TAttr("W")}, {CString(2048, 'X')}); }},
     {"object.word A, ", [](CIEData& job, CIEDataset& set) { GiveAttributes(job, set, {TAttr("W")}, {"ARC"}); }},
     {"job.attribute-types, ", [](CIEData& job, CIEDataset& set) { GiveAttributes(job, set, {TAttr("W", TAttr::LIST)}, {"1"}); }},
     {"job.attributes T, ", [](CIEData& job, CIEDataset& set) { GiveAttributes(job, set, {TAttr("1.W"), TAttr("W")}, {"1", "2"}); }},

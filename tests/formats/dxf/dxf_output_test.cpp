@@ -49,13 +49,13 @@ TEST(DxfOutput, ALongTextIsCutBetweenCharacters)
     const CString strMost(TDXFOutput::kLongestText, 'x');
     EXPECT_EQ(TDXFOutput::AsRead(strMost), strMost);
     EXPECT_EQ(TDXFOutput::AsRead(strMost + "x"), strMost);
-    // 253 bytes are 36 characters of seven and one of one
+    // 2047 bytes are 292 characters of seven and three of one
     CString strWide;
-    for (int i = 0; i < 40; ++i)
+    for (int i = 0; i < 300; ++i)
         strWide += "\u00E4";
-    EXPECT_EQ(TDXFOutput::AsRead(strWide).size(), 36U * 2);
-    EXPECT_EQ(TDXFOutput::AsRead("x" + strWide).size(), 1 + 36U * 2);
-    EXPECT_EQ(TDXFOutput::AsRead("xx" + strWide).size(), 2 + 35U * 2);
+    EXPECT_EQ(TDXFOutput::AsRead(strWide).size(), 292U * 2);
+    EXPECT_EQ(TDXFOutput::AsRead("xxx" + strWide).size(), 3 + 292U * 2);
+    EXPECT_EQ(TDXFOutput::AsRead("xxxx" + strWide).size(), 4 + 291U * 2);
 }
 
 TEST(DxfOutput, Numbers)

@@ -48,6 +48,7 @@ TEST_F(DxfImporterTest, Entities)
          "polygon  0 1 5 | 0 2 0 | 0 1 5 color 1\n", ""},
         {"one that ends above its beginning", "0 POLYLINE|0 VERTEX|10 1|0 VERTEX|10 2|0 VERTEX|10 1|30 5|0 SEQEND",
          "line  0 1 0 | 0 2 0 | 0 1 5\n", ""},
+        {"one of a single vertex", "0 POLYLINE|0 VERTEX|10 1|0 SEQEND", "polygon  0 1 0\n", ""},
         {"a polyline without its end", "0 POLYLINE|0 VERTEX|10 1|0 VERTEX|10 2|0 LINE|11 3|0 POLYLINE|0 POINT",
          "line  0 1 0 | 0 2 0\nline  0 0 0 | 0 3 0\nline \npoint  0 0 0\n", "33:drawing.no-vertex"},
         {"vertices with bulges, a mesh", "0 POLYLINE|70 16|0 VERTEX|42 0.5|0 VERTEX|42 0|0 SEQEND",
@@ -111,6 +112,11 @@ TEST_F(DxfImporterTest, UnitsAreTheJobs)
     degrees.GetJobInfo()->SetCSType(TIEJobInfo::Geographic);
     EXPECT_EQ(Read(degrees, text), "*line B 0 1250 0 | 0 0 381\npoint  2500 1250 381\narc  0 1250 0 r 762 0 0\n"
                                    "line B 0 2500 381 | 0 1250 762\nface 762 381 381 | 381 0 0 | 0 0 0\n");
+    for (const auto& [nUnits, pNotes] :
+         {std::pair(0, ""), {2, ""}, {21, "drawing.units"}, {6, "drawing.units"}, {99, ""}}) {
+        Read(job, ToText(Make("0 POINT", {}, {}, "9 $INSUNITS|70 " + std::to_string(nUnits) + "|9 $X|70 4")));
+        EXPECT_EQ(NoteCodes(), pNotes) << nUnits;
+    }
     CIEData miles;
     miles.GetJobInfo()->SetDistUnits(EDIST_UNITS::USMiles);
     EXPECT_EQ(Read(miles, ToText(Make("0 POINT|10 1e308|0 ARC|40 1e308|0 LINE|21 1e307"))), "") << "beyond all numbers";
@@ -189,23 +195,20 @@ TEST_F(DxfImporterTest, BlocksAndReferences)
          "*point POINT 4 3 5\n*line POINT 0 0 0 | 0 1 0\npoint POINT 4 3 5\nline POINT 0 0 0 | 0 1 0\n",
          "drawing.word"},
         {"faces of a block", "0 BLOCK|2 F|10 5|20 5|30 5|0 3DFACE|11 1|22 1|0 ENDBLK", "0 INSERT|2 F",
-         "face 0 0 0 | 0 1 0 | 1 0 0\n", "drawing.insert-empty"},
+         "face 0 0 0 | 0 1 0 | 1 0 0\n", "drawing.block-face drawing.insert-empty"},
     };
     for (const auto& row : rows) {
         CIEData job;
         for (const char* const pLayer : {"WALLS", "PLAN"})
             job.GetIEDrawDictionary()->AddLayer(std::make_unique<CIELayer>(pLayer));
         EXPECT_EQ(Read(job, ToText(Make(row.m_pEntities, row.m_strBlocks))), row.m_strObjects) << row.m_pWhat;
-        CString codes;
-        for (const auto& [code, count] : m_Ledger.GetCounts())
-            codes += (codes.empty() ? "" : " ") + code;
-        EXPECT_EQ(codes, row.m_pCodes) << row.m_pWhat;
+        EXPECT_EQ(NoteCodes(), row.m_pCodes) << row.m_pWhat;
     }
 }
 
 TEST_F(DxfImporterTest, AttributesBecomeCodes)
 {
-    const CString tree = "0 BLOCK|2 TREE|10 0|20 0|30 0|0 POINT|0 ENDBLK";
+    const CString tree = "0 BLOCK|2 TREE|10 0|20 0|30 0|0 POINT|0 ATTDEF|2 CODENAME|0 ENDBLK";
     const auto attributes = [](std::initializer_list<std::pair<const char*, const char*>> values) {
         CString text = "0 INSERT|2 TREE";
         for (const auto& [pTag, pValue] : values)
@@ -216,6 +219,7 @@ TEST_F(DxfImporterTest, AttributesBecomeCodes)
         const char* m_pWhat;
         CString m_strEntities;
         const char* m_pCodes;
+        const char* m_pNotes = "";
     } rows[] = {
         {"the name of the code", attributes({{"CODENAME", "Road"}}), " ROAD()\n"},
         {"two codes", attributes({{"CODENAME", "ROAD"}, {"CODENAME1", "KERB"}}), " ROAD() KERB()\n"},
@@ -234,9 +238,16 @@ TEST_F(DxfImporterTest, AttributesBecomeCodes)
              attributes({{"C:T:C", "9"}}) + "|" + attributes({{"B:T:N1", "5"}}),
          " T(A:TEXT=1 B:TEXT=2 C:TEXT)\n T(A:TEXT=3 B:TEXT=4 C:TEXT)\n T(A:TEXT= B:TEXT= C:TEXT=9)\n T(A:TEXT= "
          "B:TEXT=5 C:TEXT)\n"},
-        {"without a name", attributes({{"CODENAME", ""}, {":ROAD", "1"}, {"", "2"}, {"A::N1", "3"}}), "\n"},
-        {"invisible", "0 INSERT|2 TREE|0 ATTRIB|60 1|1 X|2 CODENAME|0 ATTRIB|2 CODENAME|1 Y|0 SEQEND", " Y()\n"},
-        {"an attribute on its own", "0 ATTRIB|2 CODENAME|1 ROAD|0 INSERT|2 TREE", "\n"},
+        {"without a name", attributes({{"CODENAME", ""}, {":ROAD", "1"}, {"", "2"}, {"A::N1", "3"}}), "\n",
+         "drawing.code-name"},
+        {"twice", attributes({{"A:T:C", "1"}, {"B:T:C", "2"}, {"a:t:n1", "3"}, {"CODENAME", "T"}, {"CODENAME", "T"}}),
+         " T(A:TEXT=3 B:TEXT=2)\n", "drawing.same-attribute"},
+        {"invisible", "0 INSERT|2 TREE|0 ATTRIB|60 1|1 X|2 CODENAME|0 ATTRIB|2 CODENAME|1 Y|0 SEQEND", " Y()\n",
+         "drawing.invisible"},
+        {"of a reference that is left out", "0 INSERT|2 TREE|67 1|0 ATTRIB|2 CODENAME|1 X|0 SEQEND|0 INSERT|2 TREE",
+         "\n", "drawing.paper-space"},
+        {"an attribute on its own", "0 ATTRIB|2 CODENAME|1 ROAD|0 INSERT|2 TREE", "\n", "drawing.entity"},
+        {"a pattern of one", "0 ATTDEF|2 CODENAME|0 INSERT|2 TREE", "\n", "drawing.entity"},
     };
     for (const auto& row : rows) {
         CIEData job;
@@ -245,6 +256,7 @@ TEST_F(DxfImporterTest, AttributesBecomeCodes)
         for (int i = 1; const CIEObject* const pObject = job.GetDatasetAt(0)->GetObjectAt(i); ++i)
             codes += DescribeCodes(*pObject) + "\n";
         EXPECT_EQ(codes, row.m_pCodes) << row.m_pWhat;
+        EXPECT_EQ(NoteCodes(), row.m_pNotes) << row.m_pWhat;
     }
     // a reference within a block hands its codes on
     CIEData job;
@@ -321,6 +333,12 @@ TEST_F(DxfImporterTest, FilesOfOtherShapes)
         {"no drawing", "1,2,3\n4,5,6\n", "result -9\n", "3:drawing.no-section"},
         {"only its last word", ToText("0 EOF"), "result -9\n", "1:drawing.no-section"},
         {"a section of nothing", ToText("0 SECTION"), "result -9\n", "3:drawing.no-section"},
+        {"a comment in a section's head", ToText("0 SECTION|999 x|2 ENTITIES|0 POINT|0 ENDSEC|0 EOF"), "",
+         "3:drawing.section"},
+        {"a header and a block without their ends",
+         ToText("0 SECTION|2 HEADER|9 X|0 SECTION|2 TABLES|0 ENDSEC|0 SECTION|2 BLOCKS|0 BLOCK|2 A|10 0|0 POINT|0 "
+                "ENDSEC|0 SECTION|2 ENTITIES|0 POINT|0 ENDSEC|0 EOF"),
+         "*point A 0 0 0\n", "9:drawing.section 29:drawing.section"},
         {"another section", ToText("0 SECTION|2 THUMBNAIL|90 3|0 ENDSEC|0 EOF"), "", "3:drawing.section"},
         {"entities alone, the file cut", ToText("0 SECTION|2 ENTITIES|0 POINT|10 1|0 POINT|10 2"), "point  0 1 0\n",
          "13:drawing.cut"},
@@ -335,6 +353,10 @@ TEST_F(DxfImporterTest, FilesOfOtherShapes)
          ToBinary(Make("0 POINT|10 1|20 2|30 3|62 1|67 0|0 LINE|8 X|370 |11 4|60 0|0 TEXT|1 x",
                        "0 BLOCK|2 A|70 0|10 1|20 1|30 1|0 ARC|40 2|0 ENDBLK")),
          "*arc A 0 0 0 r 2 0 0\npoint  2 1 3 color 1\nline  0 0 0 | 0 4 0\n", "0:drawing.entity 0:drawing.no-layer"},
+        {"binary, broken", ToBinary("0 SECTION|2 ENTITIES|0 POINT|10 1|0 LINE|-1 |0 POINT|0 EOF"), "point  0 1 0\n",
+         "0:drawing.broken"},
+        {"binary, broken between its sections", ToBinary("0 SECTION|2 ENTITIES|0 POINT|0 ENDSEC|-1 |0 EOF"),
+         "result -9\npoint  0 0 0\n", "0:drawing.broken"},
         {"binary of the other kind", "AutoCAD Binary DXF\r\n\x1A" + CString(1, '\0') + "\0\0SECTION", "result -9\n",
          "2:drawing.other-binary"},
     };

@@ -7,6 +7,8 @@
 
 namespace {
 
+constexpr std::size_t kLongest = CDXFReader::kLongestLine;
+
 /// How the values of a code are read.
 enum EKind : char { None = 'n', Word = 'w', Text = 't', Double = 'd', Int = 'i' };
 
@@ -105,7 +107,7 @@ TEST_F(DxfReaderTest, EveryCodeHasItsKindOfValue)
 
 TEST_F(DxfReaderTest, TextForm)
 {
-    const CString strLong(255, 'a'), strUpper(255, 'A');
+    const CString strLong(kLongest, 'a'), strUpper(kLongest, 'A');
     const struct {
         const char* m_pWhat;
         CString m_strBytes;
@@ -125,7 +127,7 @@ TEST_F(DxfReaderTest, TextForm)
         {"blanks stay", "8\n  Road 1 \n", "8'  ROAD 1 ' "},
         {"a word with a blank is none", "0\nLINE \n0\n3dFace\n9\n$AcadVer\n", "0'LINE ' 0#19'3DFACE' 9#1'$ACADVER' "},
         {"a zero ends a text", CString("8\nLINE\0X\n0\nEOF\n", 16), "8#23'LINE' 0#16'EOF' "},
-        {"a value of 255 bytes", "7\n" + strLong + "\n8\nx\n", nullptr},
+        {"the longest value", "7\n" + strLong + "\n8\nx\n", nullptr},
         {"numbers", "40\n +1.5 m\n40\n-.25e2\n40\n1e\n40\n.\n40\n\n40\n1e-999\n", "40=1.5 40=-25 40=1 40=0 40=0 40=0 "},
         {"numbers that aren't finite", "40\nnan\n40\n-INF\n40\n1e999\n40\n-1e400x\n", "40=0 40=0 40=0 40=0 "},
         {"whole numbers", "70\n +12 \n70\n-3.9\n70\n99999999999\n70\n-99999999999\n70\n+-1\n",
@@ -139,30 +141,63 @@ TEST_F(DxfReaderTest, TextForm)
 
 TEST_F(DxfReaderTest, TheRestOfALongLineIsTheNextLine)
 {
-    const CString strStart(255, 'A');
-    EXPECT_EQ(Read("1\n" + CString(300, 'a') + "\nLINE\n0\nEOF\n"), "1'" + strStart + "' 0#23'LINE' 0#16'EOF' ");
-    EXPECT_EQ(Read("1\n" + CString(255, 'a') + "8\nLINE\n"), "1'" + strStart + "' 8#23'LINE' ");
-    EXPECT_EQ(Read(CString(256, '1') + "\nx\n"), "2147483647'1' ") << "a code is read in pieces too";
+    const CString strStart(kLongest, 'A');
+    EXPECT_EQ(Read("1\n" + CString(kLongest + 45, 'a') + "\nLINE\n0\nEOF\n"),
+              "1'" + strStart + "' 0#23'LINE' 0#16'EOF' ");
+    EXPECT_EQ(Read("1\n" + CString(kLongest, 'a') + "8\nLINE\n"), "1'" + strStart + "' 8#23'LINE' ");
+    EXPECT_EQ(Read(CString(kLongest + 1, '1') + "\nx\n"), "2147483647'1' ") << "a code is read in pieces too";
 }
 
 TEST_F(DxfReaderTest, TheRestOfALongLineMayBePassedOver)
 {
     // with the line's end wherever it may lie among the bytes that are at hand
     for (const std::size_t nLength :
-         {256U, 4000U, (1U << 20U) - 12U, (1U << 20U) - 11U, (1U << 20U) - 10U, 3U << 20U}) {
+         {kLongest + 1, 4000UL, (1UL << 20U) - 12, (1UL << 20U) - 11, (1UL << 20U) - 10, 3UL << 20U}) {
         WriteFile(m_strFile,
-                  "0\r\nLINE\r\n1\r\n" + CString(nLength, 'a') + "\r\n" + CString(300, '8') + "\r\nx\r\n8\r\ny");
+                  "0\r\nLINE\r\n1\r\n" + CString(nLength, 'a') + "\r\n" + CString(3000, '8') + "\r\nx\r\n8\r\ny");
         CDXFReader reader;
         ASSERT_TRUE(reader.Open(m_strFile));
         reader.PassOverLongLines();
         EXPECT_EQ(reader.ReadToken().m_eToken, TToken::LINE);
         EXPECT_FALSE(reader.WasCut());
-        EXPECT_EQ(reader.ReadToken().GetText(), CString(255, 'A'));
+        EXPECT_EQ(reader.ReadToken().GetText(), CString(kLongest, 'A'));
         EXPECT_TRUE(reader.WasCut());
         EXPECT_EQ(reader.ReadToken().GetText(), "X") << nLength;
         EXPECT_EQ(reader.ReadToken().GetText(), "Y") << nLength;
         EXPECT_EQ(reader.GetLineNumber(), 7);
         EXPECT_EQ(reader.ReadToken().m_eToken, TToken::END_OF_FILE);
+    }
+}
+
+TEST_F(DxfReaderTest, TellsHowNumbersStood)
+{
+    using enum CDXFReader::ENumber;
+    const CString strZeros(400, '0');
+    const std::pair<CString, CDXFReader::ENumber> rows[] = {
+        {"1", Read},
+        {" -2.5e3", Read},
+        {"12 m", InPart},
+        {"", NoNumber},
+        {"-", NoNumber},
+        {".", NoNumber},
+        {"nan", NotFinite},
+        {"-Infinity", NotFinite},
+        {"1e309", NotFinite},
+        {"1" + strZeros, NotFinite},
+        {"1" + strZeros + ".5 m", NotFinite},
+        {"0." + strZeros + "1e800", NotFinite},
+        // the nearest number is 0
+        {"1e-400", Read},
+        {"-0." + strZeros + "1", Read},
+        {"1" + strZeros + "e-800", Read},
+        {"1e-99999999999999", Read},
+    };
+    for (const auto& [strValue, eState] : rows) {
+        WriteFile(m_strFile, "40\n" + strValue + "\n");
+        CDXFReader reader;
+        ASSERT_TRUE(reader.Open(m_strFile));
+        reader.ReadToken();
+        EXPECT_EQ(reader.GetNumberState(), eState) << strValue;
     }
 }
 
@@ -174,8 +209,8 @@ TEST_F(DxfReaderTest, BinaryForm)
     CString bytes(Drawing::kSentinel);
     LittleEndian::AppendInt32(bytes, -5);
     LittleEndian::AppendInt32(bytes, 1);
-    bytes += CString(300, 'a') + '\0';
-    EXPECT_EQ(Read(bytes).substr(0, 4 + 255), "-5 1'" + CString(254, 'A')) << "a code has its sign";
+    bytes += CString(3000, 'a') + '\0';
+    EXPECT_EQ(Read(bytes).substr(0, 6 + kLongest), "-5 1'" + CString(kLongest, 'A') + "'") << "a code has its sign";
     LittleEndian::AppendInt32(bytes = Drawing::kSentinel, 40);
     LittleEndian::AppendDouble(bytes, std::nan(""));
     LittleEndian::AppendInt32(bytes, 41);

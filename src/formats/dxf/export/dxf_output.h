@@ -16,7 +16,7 @@
 /// would be longer than readers take one.
 class TDXFOutput {
 public:
-    static constexpr std::size_t kLongestText = 253; ///< bytes; with CR LF a line of 255
+    static constexpr std::size_t kLongestText = 2047; ///< bytes; with CR LF a line of 2049, the most that readers take
     /// A number whose magnitude isn't below this goes out in text form as one that reads as 0.
     static constexpr double kNumberLimit = 1e30;
 

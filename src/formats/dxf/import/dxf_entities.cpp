@@ -32,10 +32,11 @@ bool IsFinite(const CIEStation& station)
     return std::isfinite(station.m_dNorth) && std::isfinite(station.m_dEast) && std::isfinite(station.m_dHeight);
 }
 
-/// Words that belong to an entity which has been told of, or that bring nothing themselves.
-bool IsCompanion(TToken::EToken eToken)
+/// Words that belong to an entity which has been told of, or that bring nothing themselves. A block's patterns of
+/// attributes are for a program in which someone draws.
+bool IsCompanion(TToken::EToken eToken, bool bInBlock)
 {
-    return eToken == TToken::SEQEND || eToken == TToken::VERTEX || eToken == TToken::ATTDEF ||
+    return eToken == TToken::SEQEND || eToken == TToken::VERTEX || (eToken == TToken::ATTDEF && bInBlock) ||
            eToken == TToken::ENDTAB || eToken == TToken::END_OF_FILE;
 }
 
@@ -87,6 +88,8 @@ CDXFImporter::EEntity CDXFImporter::Entity(const CString& strBlock, const TBase&
 {
     const auto read = [&](bool bRead) { return bRead ? EEntity::Read : EEntity::FileEnd; };
     const auto begin = [&] { m_pRun->CountWord(token); };
+    if (token.m_nCode == 0 && token.m_eToken != TToken::ATTRIB)
+        m_pRun->m_bDroppedReference = false;
     switch (token.m_eToken) {
     case TToken::ARC:
         begin();
@@ -94,6 +97,8 @@ CDXFImporter::EEntity CDXFImporter::Entity(const CString& strBlock, const TBase&
     case TToken::ATTRIB: {
         CStringArray names, values;
         TTypes types;
+        if (token.m_nCode == 0 && !m_pRun->m_bDroppedReference)
+            m_pRun->CountEntity(token);
         return read(Attrib(token, names, values, types));
     }
     case TToken::FACE3D:
@@ -118,8 +123,8 @@ CDXFImporter::EEntity CDXFImporter::Entity(const CString& strBlock, const TBase&
         begin();
         return read(LWPolyline(strBlock, base, token));
     default:
-        if (token.m_nCode == 0 && !IsCompanion(token.m_eToken))
-            m_pRun->m_Tally.CountEntity(token.GetText(), *m_pReader);
+        if (token.m_nCode == 0 && !IsCompanion(token.m_eToken, !m_bInEntities))
+            m_pRun->CountEntity(token);
         return EEntity::None;
     }
 }
@@ -231,7 +236,7 @@ bool CDXFImporter::Polyline(const CString& strBlock, const TBase& base, TToken& 
         m_pRun->RemoveLast(strBlock);
     } else if (pLine->GetNumberOfStations() == 0) {
         m_pRun->m_Tally.Count(CDXFTally::NoVertex, entity.m_Place);
-    } else if (pLine->IsClosed()) {
+    } else if (*pLine->GetStation(0) == *pLine->GetStation(pLine->GetNumberOfStations() - 1)) {
         m_pRun->m_pDataset->TransformLineToPolygon(pLine); // a polygon stays what it is
     }
     return true;
@@ -359,6 +364,8 @@ bool CDXFImporter::Surface(TToken& token)
     const int nSpare = FindSpareCorner(corners, bTwice);
     if (!bTwice)
         m_pRun->m_Tally.Count(CDXFTally::FourthCorner, entity.m_Place);
+    if (!m_bInEntities)
+        m_pRun->m_Tally.Count(CDXFTally::BlockFace, entity.m_Place);
     CIESurface* pSurface = m_pRun->m_pDataset->GetSurfaceAt(0);
     if (!pSurface)
         pSurface = m_pRun->m_pDataset->Add(std::make_unique<CIESurface>());

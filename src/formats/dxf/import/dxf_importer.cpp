@@ -81,24 +81,27 @@ bool CDXFImporter::Section(const TToken& token)
     case TToken::TABLES:
         return Tables();
     default:
-        if (token.m_nCode == kName)
-            m_pRun->m_Tally.CountSection(token.GetText(), *m_pReader);
+        m_pRun->CountSection(token);
         return true;
     }
 }
 
-/// Of the header only the encoding counts.
+/// Of the header only the encoding counts, and the units are compared with the job's.
 bool CDXFImporter::Header()
 {
-    enum { Other, Version, CodePage } eVariable = Other;
+    enum { Other, Version, CodePage, Units } eVariable = Other;
     TToken token;
     while (m_pRun->Next(token)) {
         if (token.m_eToken == TToken::ENDSEC)
             return true;
+        m_pRun->LookForSection(token);
         if (token.m_nCode == kVariable)
             eVariable = token.m_eToken == TToken::ACADVER   ? Version
                         : token.GetText() == "$DWGCODEPAGE" ? CodePage
+                        : token.GetText() == "$INSUNITS"    ? Units
                                                             : Other;
+        else if (eVariable == Units && token.m_nCode == kFlags)
+            m_pRun->m_Tally.SetUnits(token.m_Value.m_nValue, *m_pReader);
         else if (eVariable == Version && token.m_nCode == 1)
             m_pRun->m_Text.SetVersion(token.GetText());
         else if (eVariable == CodePage && token.m_nCode == 3 && !m_pRun->m_Text.SetCodePage(token.GetText()))
@@ -114,6 +117,7 @@ bool CDXFImporter::Classes()
     while (m_pRun->Next(token)) {
         if (token.m_eToken == TToken::ENDSEC)
             return true;
+        m_pRun->LookForSection(token);
     }
     return false;
 }
@@ -129,6 +133,7 @@ bool CDXFImporter::Tables()
             m_pRun->CountWord(token);
             return true;
         }
+        m_pRun->LookForSection(token);
         if (token.m_eToken == TToken::LAYER)
             bGoesOn = TableLayer(token);
         else if (token.m_eToken == TToken::LTYPE && token.m_nCode == kName)
@@ -214,6 +219,7 @@ bool CDXFImporter::Blocks()
             m_pRun->CountWord(token);
             return true;
         }
+        m_pRun->LookForSection(token);
         // the end of a block on a layer of this name isn't another block
         if (token.m_eToken == TToken::BLOCK && token.m_nCode == 0 && !Block())
             return false;

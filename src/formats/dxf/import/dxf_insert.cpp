@@ -2,6 +2,7 @@
 
 #include "vellumlib/utils.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -91,6 +92,7 @@ bool CDXFImporter::Insert(const CString& strBlock, TToken& token)
     };
     if (!m_pRun->ReadEntity(token, entity, TRun::NoWidths, take))
         return false;
+    m_pRun->m_bDroppedReference = entity.m_bDropped;
     if (entity.m_bDropped)
         return true;
     CStringArray names, values;
@@ -202,10 +204,13 @@ void CDXFImporter::AddCodeToDataDictionary(const CStringArray& names, const TTyp
     targets.clear();
     m_pRun->m_nTargetParts = 0;
     for (std::size_t i = 0; i < names.size(); ++i) {
-        targets.push_back(m_pRun->FindTarget(names[i], types[i], values[i]));
-        m_pRun->m_nTargetParts += targets.back().m_nAttribute + 2; // a code, and the values ahead of this one too
-        if (!targets.back().m_pCode)
+        const TRun::TTarget target = m_pRun->FindTarget(names[i], types[i], values[i]);
+        m_pRun->m_nTargetParts += target.m_nAttribute + 2; // a code, and the values ahead of this one too
+        if (!target.m_pCode)
             m_pRun->m_Tally.Count(CDXFTally::CodeName, *m_pReader);
+        else if (target.m_nAttribute >= 0 && std::find(targets.begin(), targets.end(), target) != targets.end())
+            m_pRun->m_Tally.Count(CDXFTally::SameAttribute, *m_pReader);
+        targets.push_back(target);
     }
 }
 

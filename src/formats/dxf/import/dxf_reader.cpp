@@ -18,9 +18,8 @@ constexpr std::string_view kSentinel("AutoCAD Binary DXF\r\n\x16\0", 22);
 constexpr std::size_t kSharedSentinel = 20;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-constexpr std::size_t kLongestLine = 255;
 /// Two lines with their ends.
-constexpr std::size_t kLongestGroup = 2 * (kLongestLine + 2);
+constexpr std::size_t kLongestGroup = 2 * (CDXFReader::kLongestLine + 2);
 
 enum class EValue : std::uint8_t { None, Word, Text, Double, Int };
 
@@ -280,7 +279,7 @@ TToken CDXFReader::ReadTextToken()
     return token;
 }
 
-/// `text` has at most 255 bytes.
+/// `text` has at most kLongestLine bytes.
 void CDXFReader::SetText(TToken& token, std::string_view text, bool bWord)
 {
     std::memcpy(m_szBuffer, text.data(), text.size());
@@ -312,9 +311,8 @@ double CDXFReader::ReadNumber(std::string_view text)
         return 0.0;
     }
     if (read.ec == std::errc::result_out_of_range) {
-        // a line isn't long enough for a number that is too small or too large without an exponent that says so
         const std::string_view number = digits.substr(0, static_cast<std::size_t>(read.ptr - digits.data()));
-        if (number.find('-') == number.npos)
+        if (!IEUtils::StringToDouble(number, dValue, false)) // it takes a number that is too small, as 0
             m_eNumber = ENumber::NotFinite;
         return 0.0;
     }

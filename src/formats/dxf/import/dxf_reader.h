@@ -13,16 +13,19 @@
 /// Turns a drawing file into groups. It knows which codes have which kind of value, and nothing of sections or
 /// entities.
 ///
-/// In text form a group is two lines, each ended by CR LF, LF or CR. A line of more than 255 bytes is read in pieces,
-/// and what is left of it counts as the next line, unless PassOverLongLines was called. In binary form a group is a
-/// code of four bytes and a value: text ended by a zero for the codes 0 to 9, eight bytes for 10 to 59, four for 60 to
-/// 78, none for all others.
+/// In text form a group is two lines, each ended by CR LF, LF or CR. A line of more than kLongestLine bytes is
+/// read in pieces, and what is left of it counts as the next line, unless PassOverLongLines was called. In binary form
+/// a group is a code of four bytes and a value: text ended by a zero for the codes 0 to 9, eight bytes for 10 to 59,
+/// four for 60 to 78, none for all others.
 ///
 /// A text comes in upper case (ASCII letters alone, and none that is half of another character, see SetBytes), but for
 /// the codes 310 to 369. Nothing that isn't a number is told:
 /// it reads as 0. A copy reads on in the same file, whose place both share; whichever closes it, closes it for both.
 class ALIDADE_API CDXFReader {
 public:
+    /// Bytes of a line without its end: as many as a text of any release has.
+    static constexpr std::size_t kLongestLine = 2049;
+
     CDXFReader();
     CDXFReader(const CDXFReader& other);
     CDXFReader& operator=(const CDXFReader& other);
@@ -51,8 +54,8 @@ public:
         m_eBytes = eBytes;
         m_bMayBeUtf8 = bMayBeUtf8;
     }
-    /// From now on the rest of a line of more than 255 bytes is passed over, so that the groups behind it keep their
-    /// codes.
+    /// From now on the rest of a line of more than kLongestLine bytes is passed over, so that the groups behind it keep
+    /// their codes.
     void PassOverLongLines() { m_bPassOver = true; }
     /// Whether that happened to the last token's value.
     [[nodiscard]] bool WasCut() const { return m_bCut && m_bPassOver; }
@@ -68,7 +71,7 @@ public:
     [[nodiscard]] ENumber GetNumberState() const { return m_eNumber; }
 
 private:
-    static constexpr std::size_t kBufferSize = 256;
+    static constexpr std::size_t kBufferSize = kLongestLine + 1;
     struct TFile;
 
     bool NeedBytes(std::size_t nCount);

@@ -7,6 +7,7 @@
 
 namespace {
 
+constexpr int kSectionName = 2;
 // group codes that all entities share
 constexpr int kLineType = 6;
 constexpr int kLayer = 8;
@@ -71,6 +72,18 @@ void CDXFImporter::TRun::CountWord(const TToken& token)
 {
     if (token.m_nCode != 0)
         m_Tally.Count(CDXFTally::Word, m_Reader);
+}
+
+void CDXFImporter::TRun::CountSection(const TToken& token)
+{
+    m_Tally.CountSection(token.m_nCode == kSectionName ? ToNote(token) : "nameless", m_Reader);
+}
+
+void CDXFImporter::TRun::LookForSection(const TToken& token)
+{
+    if (m_bSectionHead)
+        CountSection(token);
+    m_bSectionHead = token.m_nCode == 0 && token.m_eToken == TToken::SECTION;
 }
 
 bool CDXFImporter::TRun::Next(TToken& token)
@@ -256,7 +269,7 @@ void CDXFImporter::TRun::TellLosses(bool bSection) const
     };
     if (!m_Data.GetObserver())
         return;
-    m_Tally.Tell([this](const TIENote& note) { Tell(note); });
+    m_Tally.Tell(m_Units, [this](const TIENote& note) { Tell(note); });
     if (m_Text.GetMended() > 0)
         tell(TIENote::Changed, "drawing.bad-characters",
              "bytes or escapes without a meaning became U+FFFD in " + IEUtils::IntToString(m_Text.GetMended()) +
@@ -265,8 +278,10 @@ void CDXFImporter::TRun::TellLosses(bool bSection) const
         tell(TIENote::Refused, "file.read-failed", "the rest of the file can't be read");
     else if (m_Reader.IsForeignBinary())
         tell(TIENote::Refused, "drawing.other-binary", "the binary form of this drawing is another one");
+    else if (m_eEnd == Broken)
+        tell(TIENote::Refused, "drawing.broken", "the file is broken from here on");
     else if (!bSection)
         tell(TIENote::Refused, "drawing.no-section", "the file has no section of a drawing");
-    else if (m_eEnd == FileEnd || m_eEnd == Broken)
-        tell(TIENote::Changed, "drawing.cut", "the file ends within a section, or is broken there");
+    else if (m_eEnd == FileEnd)
+        tell(TIENote::Changed, "drawing.cut", "the file ends within a section");
 }

@@ -46,6 +46,7 @@ struct CDXFImporter::TRun {
         CIECodeDescription* m_pCode = nullptr; ///< null if it belongs nowhere
         int m_nAttribute = -1;                 ///< index in the code's description, -1 for none
         bool m_bCodeString = false;
+        bool operator==(const TTarget&) const = default;
     };
     struct THash {
         using is_transparent = void;
@@ -106,10 +107,17 @@ struct CDXFImporter::TRun {
 
     /// A word of the form that is the value of another group than 0 and does what it says all the same.
     void CountWord(const TToken& token);
+    /// An entity that the job has nothing for.
+    void CountEntity(const TToken& token) { m_Tally.CountEntity(ToNote(token), m_Reader); }
+    /// A section that is left out; one whose name doesn't follow at once counts as "nameless".
+    void CountSection(const TToken& token);
+    /// To be asked of each group of a section without entities: finds sections that it swallows for want of its end.
+    void LookForSection(const TToken& token);
     void CountNumber();
     void Tell(TIENote note) const;
     void Refuse(const TEntity& entity, CString strReason) const;
     void TellLosses(bool bSection) const;
+    std::string_view ToNote(const TToken& token) { return m_Text.View(token.GetText(), m_strScratch); }
 
     CDXFImporter& m_Importer;
     CDXFReader& m_Reader;
@@ -131,7 +139,9 @@ struct CDXFImporter::TRun {
     /// Attributes of codes that have too many to look through.
     std::unordered_map<const CIECodeDescription*, TByName<int>> m_ManyAttributes;
     CString m_strScratch;
-    bool m_bRefusedVertex = false; ///< of the polyline that is being read
+    bool m_bRefusedVertex = false;    ///< of the polyline that is being read
+    bool m_bDroppedReference = false; ///< what was read last is a block reference that was left out
+    bool m_bSectionHead = false;      ///< of a section that is swallowed, the name is to come
 };
 
 /// A value of the last group that isn't the number which its code wants.

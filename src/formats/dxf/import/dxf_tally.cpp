@@ -32,6 +32,8 @@ constexpr TLossWords kWords[CDXFTally::kLosses] = {
     {TIENote::Changed, "drawing.elevation", " lightweight polylines have an elevation, and height 0 in the job"},
     {TIENote::Changed, "drawing.mesh", " polylines are meshes or curves; the job has lines through their vertices"},
     {TIENote::LeftOut, "drawing.fourth-corner", " faces have four corners; the job has a triangle of three of them"},
+    {TIENote::Changed, "drawing.block-face",
+     " faces are part of a block; they lie in the job as the block has them, and references don't copy them"},
     {TIENote::Changed, "drawing.no-vertex", " polylines have no vertex"},
     {TIENote::LeftOut, "drawing.no-layer", " objects are on layers that the drawing doesn't describe, and have none"},
     {TIENote::Changed, "drawing.word",
@@ -40,10 +42,35 @@ constexpr TLossWords kWords[CDXFTally::kLosses] = {
     {TIENote::Changed, "drawing.number-part", " values are numbers only at their start, which was taken"},
     {TIENote::Changed, "drawing.not-finite",
      " values aren't finite; they were read as 0 where the object could do without them"},
-    {TIENote::Changed, "drawing.long-value", " values have more than 255 bytes; their first 255 were read"},
+    {TIENote::Changed, "drawing.long-value", " values have more than 2049 bytes; their first 2049 were read"},
     {TIENote::Changed, "drawing.code-page", " names of code pages aren't known; the one of the settings was taken"},
     {TIENote::LeftOut, "drawing.code-name", " attributes are of a code without a name, or have no name themselves"},
     {TIENote::LeftOut, "drawing.attributes", " attributes are beyond the most that a block reference can have"},
+    {TIENote::LeftOut, "drawing.same-attribute",
+     " attributes have the name of a later one of their block reference, whose value the job has"},
+};
+
+/// Units of length by their number in a header.
+struct TUnits {
+    int m_nNumber;
+    const char* m_pName;
+    EDIST_UNITS m_eUnits = EDIST_UNITS::None; ///< None where a job can't have them
+    EDIST_UNITS m_eAlso = EDIST_UNITS::None;  ///< many drawings don't tell one foot from the other
+};
+constexpr TUnits kDrawingUnits[] = {
+    {1, "inches", EDIST_UNITS::InternationalInches, EDIST_UNITS::USInches},
+    {2, "feet", EDIST_UNITS::InternationalFeet, EDIST_UNITS::USSurveyFeet},
+    {3, "miles", EDIST_UNITS::USMiles},
+    {4, "millimetres"},
+    {5, "centimetres"},
+    {6, "metres", EDIST_UNITS::Meters},
+    {7, "kilometres"},
+    {10, "yards"},
+    {14, "decimetres"},
+    {21, "US survey feet", EDIST_UNITS::USSurveyFeet},
+    {22, "US survey inches", EDIST_UNITS::USInches},
+    {23, "US survey yards"},
+    {24, "US survey miles", EDIST_UNITS::USMiles},
 };
 
 TIENote MakeNote(TIENote::EKind eKind, const char* pCode, const CDXFTally::TPlace& place, CString strReason)
@@ -102,8 +129,27 @@ void CDXFTally::TellByName(const TCounts& counts, const char* pCode, const char*
     }
 }
 
-void CDXFTally::Tell(const TTell& tell) const
+void CDXFTally::SetUnits(int nUnits, const CDXFReader& reader)
 {
+    m_nUnits = nUnits;
+    m_UnitsPlace = PlaceOf(reader);
+}
+
+/// Many programs write units that nobody has chosen, so those in which the drawing is read are the ones that count.
+void CDXFTally::TellUnits(EDIST_UNITS eUnits, const TTell& tell) const
+{
+    const auto* const pUnits = std::find_if(std::begin(kDrawingUnits), std::end(kDrawingUnits),
+                                            [this](const TUnits& units) { return units.m_nNumber == m_nUnits; });
+    if (pUnits == std::end(kDrawingUnits) || eUnits == pUnits->m_eUnits || eUnits == pUnits->m_eAlso)
+        return;
+    tell(MakeNote(TIENote::Changed, "drawing.units", m_UnitsPlace,
+                  CString("the drawing says that its units are ") + pUnits->m_pName +
+                      "; its numbers were read in the job's units, which are others"));
+}
+
+void CDXFTally::Tell(EDIST_UNITS eUnits, const TTell& tell) const
+{
+    TellUnits(eUnits, tell);
     TellByName(m_Entities, "drawing.entity", " entities were left out", tell);
     TellByName(m_Sections, "drawing.section", " sections were left out", tell);
     for (std::size_t i = 0; i < m_Losses.size(); ++i) {

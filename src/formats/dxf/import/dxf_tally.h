@@ -2,6 +2,7 @@
 #pragma once
 
 #include "vellumlib/observer.h"
+#include "vellumlib/types.h"
 
 #include <array>
 #include <functional>
@@ -25,6 +26,7 @@ public:
         Elevation,
         Mesh,
         FourthCorner,
+        BlockFace,
         NoVertex,
         NoLayer,
         Word,
@@ -35,6 +37,7 @@ public:
         CodePage,
         CodeName,
         Attribute,
+        SameAttribute,
         kLosses
     };
     /// Where something stands: a line, or in binary form a byte.
@@ -51,9 +54,13 @@ public:
     void CountEntity(std::string_view kind, const CDXFReader& reader) { CountByName(m_Entities, kind, reader); }
     void CountSection(std::string_view name, const CDXFReader& reader) { CountByName(m_Sections, name, reader); }
 
+    /// Units of length, as the drawing's header numbers them.
+    void SetUnits(int nUnits, const CDXFReader& reader);
+
     using TTell = std::function<void(const TIENote& note)>;
-    /// A note for each kind, with its number. The file's name is for the caller to fill in.
-    void Tell(const TTell& tell) const;
+    /// A note for each kind, with its number, and one if the drawing's units aren't those in which it was read. The
+    /// file's name is for the caller to fill in.
+    void Tell(EDIST_UNITS eUnits, const TTell& tell) const;
 
 private:
     struct TCount {
@@ -69,6 +76,10 @@ private:
     static void CountByName(TCounts& counts, std::string_view name, const CDXFReader& reader);
     static void TellByName(const TCounts& counts, const char* pCode, const char* pWhat, const TTell& tell);
 
+    void TellUnits(EDIST_UNITS eUnits, const TTell& tell) const;
+
+    int m_nUnits = 0; ///< 0 if the header tells none
+    TPlace m_UnitsPlace;
     std::array<TCount, kLosses> m_Losses;
     TCounts m_Entities;
     TCounts m_Sections;
