@@ -136,6 +136,12 @@ void AddJobOptions(CLI::App& command, TJobOptions& options)
              "points, lines, polygons, arcs, surfaces, alignments, templates, raw-data, localization, history",
              "Take these kinds alone, as points,lines: points, lines, polygons, arcs, surfaces, alignments, templates, "
              "raw-data, localization, history");
+    command
+        .add_option("--most-copies", options.m_nMostCopies,
+                    "Objects that the block references of a drawing may make (" +
+                        std::to_string(TIESettings().m_nMostBlockCopies) + ")")
+        ->check(CLI::NonNegativeNumber)
+        ->type_name("N");
     AddEncoding(command, "--encoding", options.m_Encoding,
                 "Encoding of text files that have no mark and aren't UTF-8 (CP1252)");
 }

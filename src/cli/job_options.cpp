@@ -183,6 +183,8 @@ void SetUp(CIEData& job, const TJobOptions& options)
     SetFormat(settings, options.m_Layout, options.m_Delimiter, options.m_bHeader);
     if (options.m_Kinds)
         SetTypes(settings, *options.m_Kinds);
+    if (options.m_nMostCopies)
+        settings.m_nMostBlockCopies = *options.m_nMostCopies;
     if (options.m_Encoding)
         settings.m_strCodePage = *options.m_Encoding;
     if (options.m_WriteEncoding)

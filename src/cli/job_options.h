@@ -37,6 +37,7 @@ struct TJobOptions {
     std::optional<char16_t> m_Delimiter;
     std::optional<char16_t> m_OutDelimiter;
     std::optional<unsigned> m_Kinds; ///< EKinds
+    std::optional<int> m_nMostCopies; ///< of objects, by block references
     std::optional<std::string> m_JobName;
     std::optional<std::string> m_Encoding;
     std::optional<std::string> m_WriteEncoding;

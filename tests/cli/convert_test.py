@@ -5,7 +5,7 @@ import math
 import os
 import unittest
 
-from program import DONE, HEADER, LOSS, OUTPUT, POINTS, ROOT, USAGE, ProgramTest
+from program import DONE, HEADER, LOSS, MEMORY, OUTPUT, POINTS, ROOT, USAGE, ProgramTest
 
 US_FOOT = 1200 / 3937
 
@@ -109,6 +109,15 @@ class Convert(ProgramTest):
         self.assertIn("A01,1,ą,".encode(), self.read("out.sim"))
         self.convert(HEADER + "Tür,1,2,3,\n", "out.sim", "--write-encoding", "CP1252", "--overwrite")
         self.assertIn(b"A01,1,T\xfcr,", self.read("out.sim"))
+
+    def test_block_references_make_as_many_copies_as_are_allowed(self):
+        block = "0 SECTION|2 BLOCKS|0 BLOCK|2 B|10 0|20 0|30 0|0 POINT|0 ENDBLK|0 ENDSEC|"
+        groups = block + "0 SECTION|2 ENTITIES|" + 5 * "0 INSERT|2 B|" + "0 ENDSEC|0 EOF"
+        self.write("nest.dxf", "".join(f"{line}\n" for group in groups.split("|") for line in group.split(" ")))
+        said = self.check(MEMORY, "convert", "nest.dxf", "out.job.json", "--most-copies", "4").err
+        self.assertIn("nest.dxf:41: left out: ", said)
+        self.check(DONE, "convert", "nest.dxf", "out.job.json", "--most-copies", "5")
+        self.check(USAGE, "convert", "nest.dxf", "out.job.json", "--most-copies", "-1")
 
     def test_codes_of_what_was_not_asked_for_are_no_loss(self):
         self.write("in.txt", HEADER + "A,1,2,3,TREE\nL,1,2,3,WALL\nL,4,5,6,WALL\n")
