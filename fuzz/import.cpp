@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <iterator>
 
 namespace {
@@ -144,6 +145,12 @@ bool HasSmallNegative(CIEData& job)
     return false;
 }
 
+/// A drawing takes far longer to write than a small input takes to read, so one in eight is written.
+bool IsWrittenBack(std::string_view input)
+{
+    return g_pRow->m_pKey != std::string_view("dxf") || std::hash<std::string_view>{}(input) % 8 == 0;
+}
+
 void CheckWayBack(CIEData& job)
 {
     const TIEFormatRow* const pExport = CIEFormatTable::FindByKey(EIEDirection::Export, g_pRow->m_pKey);
@@ -199,6 +206,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
     TakeSettings(input, job);
     WriteFiles(strFile, input.GetRest());
     Import(job, strFile);
-    CheckWayBack(job);
+    if (IsWrittenBack({reinterpret_cast<const char*>(pData), nSize}))
+        CheckWayBack(job);
     return 0;
 }
