@@ -3,6 +3,8 @@
 #include "frame/format_row.h"
 #include "frame/losses.h"
 
+#include <algorithm>
+
 EIEResult CIEExporter::Export()
 {
     constexpr int kStepsBetweenReports = 1000;
@@ -11,7 +13,7 @@ EIEResult CIEExporter::Export()
     int nSteps = 0;
     while (SingleStep() && !CIEData::m_bStopProcess) {
         if (pObserver && ++nSteps % kStepsBetweenReports == 0)
-            pObserver->OnProgress(nSteps, GetNumberOfSteps());
+            pObserver->OnProgress(std::min(nSteps, GetNumberOfSteps()), GetNumberOfSteps());
     }
     if (CIEData::m_bStopProcess)
         return IE_STOPPED;

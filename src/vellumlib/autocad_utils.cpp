@@ -141,11 +141,12 @@ int CIEAutoCADUtils::ConvertLineWeightFromPixelsToMM(int nPixels) const
 
 CIEDrawLineProperties::EDashStyleType CIEAutoCADUtils::ConvertCustomLineTypeToPredefined(std::string_view name) const
 {
-    const CString strName = IEUtils::ToLower(IEUtils::Trim(name));
+    CString strName = IEUtils::ToLower(IEUtils::Trim(name));
     for (const TLineType& type : kLineTypes) {
         if (strName.starts_with(type.m_Word))
             return type.m_eStyle;
     }
+    std::erase_if(strName, [](char c) { return c == ' ' || c == '-' || c == '_'; }); // "Dash-Dot"
     for (const TLineType& type : kLineTypeWords) {
         if (strName.find(type.m_Word) != CString::npos)
             return type.m_eStyle;

@@ -47,6 +47,9 @@ class ALIDADE_API CIECodeDescription {
 public:
     CIECodeDescription() = default;
     explicit CIECodeDescription(CString name) : m_strName(std::move(name)) {}
+    CIECodeDescription(const CIECodeDescription&) = default;
+    CIECodeDescription& operator=(const CIECodeDescription&) = delete; ///< a dictionary finds it by its name
+    ~CIECodeDescription() = default;
 
     [[nodiscard]] const CString& GetName() const { return m_strName; }
     /// Words for people; empty if there are none.

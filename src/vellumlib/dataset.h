@@ -87,6 +87,7 @@ private:
 
     void EnterIndex(CIEObject* pObject) const;
     void LeaveIndex(const CIEObject* pObject) const;
+    void DropIndex() { m_pIndex.reset(); }
     void ForgetStartPoint(const CIEObject* pObject) const;
 
     CString m_strName;

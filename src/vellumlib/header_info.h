@@ -6,8 +6,9 @@
 
 #include <array>
 
-/// Extent of a dataset and the sizes of what is drawn at its points. Sizes are in the unit of the coordinates: metres,
-/// or decimal degrees in a job of latitude and longitude.
+/// Extent of a dataset and the sizes of what is drawn at its points. The extent, and sizes that suit it, are in the
+/// unit of the coordinates: metres, or decimal degrees in a job of latitude and longitude. Sizes that are set are in
+/// the units of the drawing that is written.
 class ALIDADE_API CHeaderInfo {
 public:
     enum EBorder : int { Minimum = 0, Maximum = 1 };

@@ -15,6 +15,8 @@ CIEObject::CIEObject(const CIEObject& other)
 
 CIEObject& CIEObject::operator=(const CIEObject& other)
 {
+    if (m_pOwner)
+        m_pOwner->DropIndex(); // the class of the object gives it the other's name behind this
     CIECodesDataInterface::operator=(other);
     m_pLayer = other.m_pLayer;
     m_DrawProperties = other.m_DrawProperties;
@@ -105,13 +107,14 @@ void CIEArc::ShiftCoords(const CIEStation& shift, double dNorthScale, double dEa
         if (bNorthMirrored)
             dAngle = -dAngle;
         dAngle = std::fmod(dAngle, kCircle);
-        return dAngle < 0 ? dAngle + kCircle : dAngle;
+        return dAngle < 0 ? dAngle + kCircle : dAngle + 0.0; // of the two zeros the one without a sign
     };
-    const double dStart = mirror(GetData(StartAngle));
-    const double dEnd = mirror(GetData(EndAngle));
     const bool bTurned = bNorthMirrored != bEastMirrored;
-    SetData(StartAngle, bTurned ? dEnd : dStart);
-    SetData(EndAngle, bTurned ? dStart : dEnd);
+    const double dSweep = GetData(EndAngle) - GetData(StartAngle);
+    const double dStart = mirror(GetData(bTurned ? EndAngle : StartAngle));
+    const double dEnd = mirror(GetData(bTurned ? StartAngle : EndAngle));
+    SetData(StartAngle, dStart);
+    SetData(EndAngle, std::abs(dSweep) >= kCircle ? dStart + dSweep : dEnd);
 }
 
 CIECompositeObject::CIECompositeObject(const CIECompositeObject& other)

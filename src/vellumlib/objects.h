@@ -185,7 +185,7 @@ public:
     [[nodiscard]] const CIEStation* GetStation(int i) const override { return i == 0 ? &m_Center : nullptr; }
 
     /// The radius takes the magnitude of the east scale. A mirrored arc keeps its shape: its angles are mirrored, and
-    /// its start becomes its end where the mirror turns its sense.
+    /// its start becomes its end where the mirror turns its sense. A full circle stays one.
     void ShiftCoords(const CIEStation& shift, double dNorthScale, double dEastScale, double dHeightScale) override;
 
     /// The centre, whose name is the arc's name. Never null.

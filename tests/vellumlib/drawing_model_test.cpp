@@ -64,6 +64,8 @@ TEST(AutoCADUtilsTest, LineTypesFindTheirDashes)
                  {"DASHDOTX2", DashDotted},
                  {"DOT2", Dotted},
                  {"MY_DASHES", Dashed},
+                 {"Dash-Dot", DashDotted},
+                 {"DASH DOT_DOT", DashDotDotted},
                  {"FENCELINE1", Solid},
                  {"", Solid}};
     for (const auto& row : kRows)
@@ -120,18 +122,54 @@ TEST(ShiftCoordsTest, AMirroredArcKeepsItsShape)
         double m_dRadius;
         double m_dStart;
         double m_dEnd;
-    } kRows[] = {{1, 2, 10, 30, 80}, {-1, 2, 10, 280, 330}, {1, -2, 10, 100, 150}, {-1, -2, 10, 210, 260}};
+        double m_dFrom = 30;
+        double m_dTo = 80;
+    } kRows[] = {
+        {1, 2, 10, 30, 80},
+        {-1, 2, 10, 280, 330},
+        {1, -2, 10, 100, 150},
+        {-1, -2, 10, 210, 260},
+        {1, -2, 10, 170, 190, 350, 10}, // through the angle 0
+        // full circles
+        {1, -2, 10, 180, 540, 0, 360},
+        {-1, 2, 10, 0, 360, 0, 360},
+        {-1, -2, 10, 225, 585, 45, 405},
+        {1, -2, 10, 180, -180, 360, 0},
+    };
     for (const auto& row : kRows) {
         CIEArc arc;
         arc.SetData(CIEArc::Radius, 5);
-        arc.SetData(CIEArc::StartAngle, 30);
-        arc.SetData(CIEArc::EndAngle, 80);
+        arc.SetData(CIEArc::StartAngle, row.m_dFrom);
+        arc.SetData(CIEArc::EndAngle, row.m_dTo);
         arc.ShiftCoords(CIEStation(7, 8, 9), row.m_dNorthScale, row.m_dEastScale, 1);
         EXPECT_EQ(*arc.GetStation(), CIEStation(7, 8, 9));
         EXPECT_DOUBLE_EQ(arc.GetData(CIEArc::Radius), row.m_dRadius);
         EXPECT_DOUBLE_EQ(arc.GetData(CIEArc::StartAngle), row.m_dStart);
         EXPECT_DOUBLE_EQ(arc.GetData(CIEArc::EndAngle), row.m_dEnd);
     }
+}
+
+TEST(DatasetTest, ObjectsAreFoundByTheNameThatTheyHave)
+{
+    CIEDataset dataset("Survey");
+    const auto add = [&](const CString& strName) {
+        auto pPoint = std::make_unique<CIEDesignPoint>();
+        pPoint->SetName(strName);
+        return static_cast<CIEDesignPoint*>(dataset.Add(std::move(pPoint)));
+    };
+    CIEDesignPoint* const pFirst = add("A");
+    CIEDesignPoint* const pSecond = add("B");
+    EXPECT_EQ(dataset.FindObject("A"), pFirst);
+    pFirst->SetName("C");
+    EXPECT_EQ(dataset.FindObject("A"), nullptr);
+    EXPECT_EQ(dataset.FindObject("C"), pFirst);
+    *pSecond = *pFirst; // takes the name too
+    EXPECT_EQ(dataset.FindObject("B"), nullptr);
+    dataset.RemoveObject(0);
+    EXPECT_EQ(dataset.FindObject("C"), pSecond);
+    *pSecond = CIEDesignPoint();
+    dataset.RemoveObject(0);
+    EXPECT_EQ(dataset.FindObject("C"), nullptr);
 }
 
 TEST(CompositeObjectTest, HoldsItsPartsAndTheirStations)

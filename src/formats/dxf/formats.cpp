@@ -44,10 +44,11 @@ constexpr TIEFormatRow kRows[] = {
      MakeImporter, nullptr, Recognize},
     {kOut, 4, "dxf", "DXF drawing", "dxf dxb", kDxfWriteCarries,
      "X is east, Y is north; 6 decimals in the job's units, latitude and longitude in degrees. A file holds one dataset, the current "
-     "one. Programs that keep to the rules show lines and polygons at one height; the heights stand in the vertices. "
+     "one, and doesn't name its units; the extent in its header is in metres. Programs that keep to the rules show lines and polygons "
+     "at one height; the heights stand in the vertices. "
      "Without codes an object is an entity, with its name as a text beside it; in a dataset with codes it is a block and a "
      "reference with attributes, and names must differ for it to read back alone. Text is ASCII with \\U+XXXX for all other "
-     "characters, cut at 2047 bytes; programs of release 12 take no more than 255. The file states no version, so programs take it as one of release 12; it has no handles, texts "
+     "characters, cut at 2047 bytes, of which older programs take 255. The file states no version, so programs take it as one of release 12; it has no handles, texts "
      "without a height of their place, and a second table of layers, which is empty. Strict readers drop the SEQEND of a "
      "polyline in a block, refuse a layer with one of <>/\\\":;?*|,=` in its name (some of them the \\U+XXXX too), and refuse a coordinate of 1e30 or more, "
      "which goes out as 0 NAN. The extension dxb gives a binary form without a mark, which no reader knows.",

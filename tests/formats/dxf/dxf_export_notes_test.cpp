@@ -82,6 +82,23 @@ const TCase kCases[] = {
     {"object.ring, ", [](CIEData&, CIEDataset& set) { AddLine<CIEPolyLine>(set, "", {{0, 0, 0}, {0, 1, 0}, {0, 0, 0}}); }},
     {"object.ring, ", [](CIEData&, CIEDataset& set) { AddLine<CIEPolyLine>(set, "", {{0, 0, 0}}); }},
     {"", [](CIEData&, CIEDataset& set) { AddLine<CIEPolyLine>(set, "", {{0, 0, 0}, {0, 1, 0}}); }},
+    // what is one place with six decimals
+    {"object.ring, ", [](CIEData&, CIEDataset& set) { AddLine<CIEPolyLine>(set, "", {{1, 0, 0}, {0, 1, 0}, {1.0000004, 0, 0}}); }},
+    {"", [](CIEData&, CIEDataset& set) { AddLine<CIEPolyLine>(set, "", {{1, 0, 0}, {0, 1, 0}, {1.0000006, 0, 0}}); }},
+    {"", [](CIEData& job, CIEDataset& set) {
+        job.GetJobInfo()->SetDistUnits(EDIST_UNITS::InternationalInches);
+        AddLine<CIEPolyLine>(set, "", {{1, 0, 0}, {0, 1, 0}, {1.0000004, 0, 0}}); }},
+    {"object.ring L, ", [](CIEData& job, CIEDataset& set) {
+        AddCoded(job, set); AddLine<CIEPolyLine>(set, "L", {{1.0000004, 0, 0}, {0, 1, 0}, {1.0000008, 0, 0}}); }},
+    // lengths among degrees
+    {"job.geographic, job.surfaces, job.geographic-surfaces, job.geographic-arcs, ", [](CIEData& job, CIEDataset& set) {
+        job.GetJobInfo()->SetCSType(TIEJobInfo::Geographic);
+        job.GetJobInfo()->SetDistUnits(EDIST_UNITS::InternationalFeet);
+        AddArc(set, "", {1, 2, 3}, 1, 0, 90);
+        AddSurface(set, {{0, 0, 0}, {0, 1, 0}, {1, 0, 0}}, {{0, 1, 2}}); }},
+    {"job.geographic, job.surfaces, ", [](CIEData& job, CIEDataset& set) {
+        job.GetJobInfo()->SetCSType(TIEJobInfo::Geographic);
+        AddSurface(set, {{0, 0, 0}, {0, 1, 0}, {1, 0, 0}}, {{0, 1, 2}}); }},
     {"object.coordinates, ", [](CIEData&, CIEDataset& set) { AddPoint(set, "", 1, -1e30, 2); }},
     {"object.coordinates, ", [](CIEData& job, CIEDataset& set) {
         job.GetJobInfo()->SetDistUnits(EDIST_UNITS::InternationalFeet); AddPoint(set, "", 1, 2, 4e29); }},

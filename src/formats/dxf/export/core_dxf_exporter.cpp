@@ -2,6 +2,7 @@
 
 #include "formats/dxf/export/dxf_notes.h"
 #include "formats/dxf/export/dxf_output.h"
+#include "vellumlib/utils.h"
 
 #include <algorithm>
 
@@ -69,7 +70,7 @@ bool CCoreDXFExporter::StartExport()
     const TIEJobInfo& info = *m_pData->GetJobInfo();
     m_eUnits = info.GetDistUnits();
     m_ePlaneUnits = info.GetCSType() != TIEJobInfo::Geographic ? m_eUnits : EDIST_UNITS::None;
-    m_dAttributeHeight = m_Header.CalcAutoTextSize();
+    m_dAttributeHeight = ToDrawing(m_Header.CalcAutoTextSize());
     m_dTextHeight = m_Header.GetTextHeight() != 0.0 ? m_Header.GetTextHeight() : m_dAttributeHeight;
     m_dTextWidthFactor = m_Header.GetTextWidthFactor();
     BeginNotes();
@@ -79,6 +80,11 @@ bool CCoreDXFExporter::StartExport()
     if (!bWritten)
         CloseOutput();
     return bWritten;
+}
+
+double CCoreDXFExporter::ToDrawing(double dSize) const
+{
+    return IEUtils::FromMetersFactor(dSize, m_ePlaneUnits);
 }
 
 void CCoreDXFExporter::BeginNotes()

@@ -101,6 +101,8 @@ private:
     /// "0", which every drawing has, for a layer without a name, and without a layer.
     [[nodiscard]] static std::string_view LayerName(const CIELayer* pLayer);
     int GetColorIndex(TIEColor color);
+    /// A size that suits the extent, in the units of the drawing.
+    [[nodiscard]] double ToDrawing(double dSize) const;
     void BeginNotes();
 
     CIEDataset* m_pDataset = nullptr; // of the run, not owned

@@ -79,7 +79,7 @@ bool CCoreDXFExporter::GenerateHeader(const CHeaderInfo* pHeader)
                out.WriteString(8, LayerName(m_pData->GetIEDrawDictionary()->GetDefaultLayer()));
     if (pHeader) {
         const double dSymbol =
-            pHeader->GetSymbolSize() != 0.0 ? pHeader->GetSymbolSize() : pHeader->CalcAutoSymbolSize();
+            pHeader->GetSymbolSize() != 0.0 ? pHeader->GetSymbolSize() : ToDrawing(pHeader->CalcAutoSymbolSize());
         bWritten = bWritten && out.WriteString(9, "$PDMODE") && out.WriteInt(70, pHeader->GetPointMode()) &&
                    out.WriteString(9, "$PDSIZE") && out.WriteDouble(40, dSymbol) && out.WriteString(9, "$LWDISPLAY") &&
                    out.WriteInt(290, 1);
@@ -104,9 +104,17 @@ bool CCoreDXFExporter::WriteLineTypes()
     for (const TLineType& type : kLineTypes)
         bWritten = bWritten && WriteLineType(out, type);
 
-    double dTotal = 0.375;
-    double elements[] = {0.25, -0.125};
+    double dTotal = 0.0;
+    double elements[] = {0.0, 0.0};
     m_Header.CalcAutoDashSize(dTotal, elements[0], elements[1]);
+    if (dTotal > 0.0) {
+        for (double* const pSize : {&dTotal, &elements[0], &elements[1]})
+            *pSize = ToDrawing(*pSize);
+    } else {
+        dTotal = 0.375;
+        elements[0] = 0.25;
+        elements[1] = -0.125;
+    }
     return bWritten &&
            WriteLineType(out, {"DASHED_CUSTOM", "Dashed_Custom (It depends on MINMAX values) _ _", dTotal, elements}) &&
            out.WriteString(0, "ENDTAB");

@@ -16,9 +16,11 @@ void CDXFNotes::LookThrough(const CIEDataset& dataset)
     int nPatterns = 0;
     bool bNames = false;
     bool bAttributes = false;
+    bool bArcs = false;
     for (int i = 0; const CIEObject* const pObject = dataset.GetObjectAt(i); ++i) {
         nPatterns += pObject->GetStateType() == CIEObject::InBlock;
         bNames = bNames || !pObject->GetName().empty();
+        bArcs = bArcs || pObject->GetType() == EIEObjectsType::Arc;
         for (int k = 0; const CIECodeValues* const pCode = pObject->GetCode(k); ++k)
             bAttributes = bAttributes || pCode->GetDescription()->GetSize() > 0;
         if (m_bCodes)
@@ -28,6 +30,9 @@ void CDXFNotes::LookThrough(const CIEDataset& dataset)
         Add(TIENote::Changed, "job.block-patterns", {},
             IEUtils::IntToString(nPatterns) +
                 " objects are parts of the definitions of blocks, and go out as if they lay on the ground");
+    if (bArcs && m_ePlaneUnits == EDIST_UNITS::None)
+        Add(TIENote::Changed, "job.geographic-arcs", {},
+            "the radius of an arc goes out as a length, around a place in degrees; only this program reads that back");
     if (bNames && !m_bCodes)
         Add(TIENote::LeftOut, "job.name", {},
             "a name is a text beside its object, and the object is read back without it");
@@ -99,6 +104,10 @@ void CDXFNotes::NoteSurfaces(const CIEDataset& dataset, bool bWanted)
         Add(TIENote::Changed, "job.surfaces", {},
             "a surface goes out as faces without its name; all faces are read back as one surface, three positions for "
             "each of them");
+    if (nFaces > 0 && m_ePlaneUnits == EDIST_UNITS::None && m_eUnits != EDIST_UNITS::Meters)
+        Add(TIENote::Changed, "job.geographic-surfaces", {},
+            "the degrees of a surface's corners go out as if they were metres, in the job's units, and don't lie where "
+            "all else does; only this program reads them back");
 }
 
 int CDXFNotes::NoteTriangles(const CIESurface& surface)

@@ -83,7 +83,7 @@ void CDXFNotes::NoteRun(const CIEDataset* pDataset, bool bObjects, bool bSurface
     NoteForm();
     if (m_Job.GetSettings().m_bSingleFile && m_Job.GetNumberOfDatasets() > 1)
         Add(TIENote::LeftOut, "job.datasets", {},
-            "a drawing holds one dataset, the current one; the others go into files of their own");
+            "a drawing holds one dataset, the current one; the others aren't in this file");
     NoteLayers();
     if (!pDataset)
         return;
@@ -162,6 +162,8 @@ void CDXFNotes::NoteLayer(const CIELayer& layer)
     reasons.Add(layer.IsActive() != layer.IsPlot(),
                 "a layer that is off or isn't plotted goes out as off, and is read back as off and plotted");
     reasons.Add(!layer.IsActive() && !layer.IsPlot(), "it is read back as plotted");
+    reasons.Add(!(layer.IsActive() && layer.IsPlot()) && pProperties->GetColor(color),
+                "as one that is off it is read back without its colour");
     reasons.Add(!layer.GetNotes().empty(), "its notes are left out");
     reasons.Add(HasWidth(pProperties) || HasMarkStyle(pProperties) || IsFlooded(pProperties),
                 "its width, point symbol or filling is left out");

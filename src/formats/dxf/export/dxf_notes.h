@@ -35,6 +35,7 @@ private:
     void NoteName(const CIEObject& object);
     void NoteNumbers(const CIEObject& object);
     void NoteRing(const CIEObject& object);
+    [[nodiscard]] bool AreOnePlace(const CIEStation& first, const CIEStation& last) const;
     void NoteDrawing(const CIEObject& object);
     void NoteLayerOf(const CIEObject& object);
     void NoteCodes(const CIEObject& object);

@@ -6,6 +6,7 @@
 #include "vellumlib/utils.h"
 
 #include <algorithm>
+#include <cmath>
 
 using namespace DXFNoteWords;
 
@@ -89,6 +90,22 @@ void CDXFNotes::NoteNumbers(const CIEObject& object)
         AddTooLarge("object.coordinates", object.GetName());
 }
 
+/// Whether the drawing has the same numbers for both.
+bool CDXFNotes::AreOnePlace(const CIEStation& first, const CIEStation& last) const
+{
+    constexpr double kFarApart = 0.01; // for six decimals in any units
+    const auto isOne = [this](double dFirst, double dLast, EDIST_UNITS units) {
+        if (dFirst == dLast || m_bBinary || std::fabs(dLast - dFirst) > kFarApart)
+            return dFirst == dLast;
+        // a block holds what lies between them
+        const double dBase = m_bCodes ? dFirst : 0.0;
+        return IEUtils::DoubleToString(IEUtils::FromMetersFactor(dFirst - dBase, units), TDXFOutput::kDecimals) ==
+               IEUtils::DoubleToString(IEUtils::FromMetersFactor(dLast - dBase, units), TDXFOutput::kDecimals);
+    };
+    return isOne(first.m_dNorth, last.m_dNorth, m_ePlaneUnits) && isOne(first.m_dEast, last.m_dEast, m_ePlaneUnits) &&
+           isOne(first.GetHeight(), last.GetHeight(), m_eUnits);
+}
+
 void CDXFNotes::NoteRing(const CIEObject& object)
 {
     if (object.GetGroupType() != CIEObject::LineLike)
@@ -96,7 +113,7 @@ void CDXFNotes::NoteRing(const CIEObject& object)
     constexpr int kLeastRing = 3;
     const int nStations = object.GetNumberOfStations();
     const CString& strName = object.GetName();
-    const bool bEnds = *object.GetStation(0) == *object.GetStation(nStations - 1);
+    const bool bEnds = AreOnePlace(*object.GetStation(0), *object.GetStation(nStations - 1));
     if (object.GetType() == EIEObjectsType::PolyLine) {
         if (bEnds)
             Add(TIENote::Changed, "object.ring", strName,

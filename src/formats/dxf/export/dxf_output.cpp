@@ -11,7 +11,6 @@
 namespace {
 
 constexpr std::size_t kChunk = std::size_t{32} << 10;
-constexpr int kDecimals = 6;
 constexpr std::string_view kLineEnd = "\r\n";
 
 bool IsControl(char c)

@@ -17,6 +17,7 @@
 class TDXFOutput {
 public:
     static constexpr std::size_t kLongestText = 2047; ///< bytes; with CR LF a line of 2049, the most that readers take
+    static constexpr int kDecimals = 6;               ///< of numbers in text form
     /// A number whose magnitude isn't below this goes out in text form as one that reads as 0.
     static constexpr double kNumberLimit = 1e30;
 
