@@ -66,6 +66,9 @@ TEST_F(HostileDrawingsTest, ValuesThatAreTooLong)
             Read(ToText(Make("0 MTEXT|1 " + strLong + "|0 POINT|8 " + strLong + "|10 5|40" + strLong + " 3|20 1"))),
             "point  1 5 0\n");
         EXPECT_EQ(m_Ledger.GetCount("drawing.long-value"), 1) << "those of what is left out don't count";
+        EXPECT_EQ(Read(Drawing::ToBinary(Make("0 MTEXT|1 " + strLong + "|0 POINT|8 " + strLong + "|10 5|20 1"))),
+                  "point  1 5 0\n");
+        EXPECT_EQ(m_Ledger.GetCount("drawing.long-value"), 1);
     }
 }
 
@@ -126,6 +129,19 @@ TEST_F(HostileDrawingsTest, ValuesOfAttributesCountAsCopies)
     EXPECT_EQ(Import(job, ToText(Make(first + rest, "0 BLOCK|2 A|0 POINT|0 ENDBLK"))), IE_OUT_OF_MEMORY);
     EXPECT_EQ(m_Ledger.GetCount("drawing.attributes"), 1);
     EXPECT_LT(job.GetNumberOfObjectsInAllDatasets(), 10);
+
+    // long ones more, on the object and on the copies of one that has them
+    const CString strText = "|0 ATTRIB|2 CODESTRING:T|1 " + CString(2000, 'x');
+    const CString blocks = "0 BLOCK|2 A|0 POINT|0 ENDBLK|0 BLOCK|2 B|0 INSERT|2 A" + strText + "|0 SEQEND|0 ENDBLK";
+    for (const CString& strEntity : {"|0 INSERT|2 A" + strText + "|0 SEQEND", CString("|0 INSERT|2 B")}) {
+        CString entities = "0 POINT";
+        for (int i = 0; i < 100; ++i)
+            entities += strEntity;
+        CIEData texts;
+        ChangeSettings(texts, [](TIESettings& settings) { settings.m_nMostBlockCopies = 400; });
+        EXPECT_EQ(Import(texts, ToText(Make(entities, blocks))), IE_OUT_OF_MEMORY);
+        EXPECT_GT(texts.GetNumberOfObjectsInAllDatasets(), 30);
+    }
 }
 
 TEST_F(HostileDrawingsTest, ManyOfAKind)

@@ -68,17 +68,26 @@ TEST_F(DxfImporterTest, Entities)
          "63:drawing.fourth-corner"},
         {"a face that stands", "0 3DFACE|10 0|11 10|12 10|32 5|33 5", "face 0 0 0 | 0 10 0 | 0 10 5\n",
          "19:drawing.fourth-corner"},
-        {"a word in a value ends the section", "0 TEXT|1 EndSec|0 POINT|10 1", "", "19:drawing.entity 21:drawing.word"},
+        {"a word in a value ends the section", "0 TEXT|1 EndSec|0 POINT|10 1", "",
+         "19:drawing.entity 23:drawing.entity 21:drawing.word"},
         {"what the job has nothing for", "0 TEXT|1 x|0 CIRCLE|40 1|0 TEXT|1 y|0 SPLINE|10 3|0 POINT", "point  0 0 0\n",
          "19:drawing.entity 23:drawing.entity 31:drawing.entity"},
-        {"a plane of its own", "0 LINE|210 0|220 0|230 -1|0 LINE|230 1|0 CIRCLE|230 -1",
-         "line  0 0 0 | 0 0 0\nline  0 0 0 | 0 0 0\n", "31:drawing.entity 19:drawing.extrusion"},
+        {"a plane of its own",
+         "0 LINE|230 -1|0 POLYLINE|70 8|230 -1|0 VERTEX|0 CIRCLE|230 -1|0 ARC|210 0|220 0|230 -1|0 ARC|230 1",
+         "line  0 0 0 | 0 0 0\npolygon  0 0 0\narc  0 0 0 r 0 0 0\narc  0 0 0 r 0 0 0\n",
+         "31:drawing.entity 35:drawing.extrusion"},
+        {"what an entity has beyond the job", "0 POINT|39 0|0 POINT|39 2.5|420 255|62 5",
+         "point  0 0 0\npoint  0 0 0 color 5\n", "25:drawing.thickness 27:drawing.true-color"},
+        {"a mesh that lists its faces",
+         "0 POLYLINE|70 64|0 VERTEX|10 5|70 192|0 VERTEX|10 6|70 192|0 VERTEX|70 128|71 1|0 SEQEND",
+         "line  0 5 0 | 0 6 0 | 0 0 0\n", "35:drawing.face-record 19:drawing.mesh"},
+        {"a face of three corners", "0 3DFACE|10 1|20 1|11 2|21 1|12 2|22 2", "face 1 1 0 | 1 2 0 | 2 2 0\n", ""},
         {"a word in a value begins an entity", "0 TEXT|8 Line|10 1|20 2|1 ENDSEC", "line  2 1 0 | 0 0 0\n",
          "19:drawing.entity 21:drawing.word"},
         {"a word as a value of an entity doesn't", "0 POINT|8 LINE|6 ENDSEC|10 1", "point  0 1 0\n",
          "19:drawing.no-layer"},
-        {"numbers that aren't", "0 POINT|10 abc|20 1.5m|30 ", "point  1.5 0 0\n",
-         "21:drawing.number 23:drawing.number-part"},
+        {"numbers that aren't", "0 POINT|10 abc|20 1.5m|30 |62 1.9|0 POINT|62 3 ",
+         "point  1.5 0 0 color 1\npoint  0 0 0 color 3\n", "21:drawing.number 23:drawing.number-part"},
         {"numbers that aren't finite",
          "0 POINT|10 nan|0 LINE|11 1e999|0 LINE|40 inf|0 ARC|40 inf|0 ARC|51 nan|0 LWPOLYLINE|10 inf|20 1|"
          "0 POLYLINE|0 VERTEX|10 1|0 VERTEX|20 -nan|0 SEQEND|0 3DFACE|12 inf|0 POINT",
@@ -158,15 +167,15 @@ TEST_F(DxfImporterTest, BlocksAndReferences)
         {"a copy is on the ground", tree, "0 INSERT|2 TREE|10 100|20 200|30 300",
          patterns + "point TREE 202 101 303 on WALLS\narc TREE 200 100 300 r 2 0 90\n", ""},
         {"scaled, on the reference's layer", tree, "0 INSERT|8 PLAN|2 tree|10 100|41 2|42 3|43 0.5",
-         patterns + "point TREE 6 102 1.5 on PLAN\narc TREE 0 100 0 r 4 0 90 on PLAN\n", ""},
+         patterns + "point TREE 6 102 1.5 on PLAN\narc TREE 0 100 0 r 4 0 90 on PLAN\n", "drawing.arc-scale"},
         {"twice", tree, "0 INSERT|2 TREE|0 INSERT|2 TREE|10 1|60 0",
          patterns +
              "point TREE 2 1 3 on WALLS\narc TREE 0 0 0 r 2 0 90\npoint TREE 2 2 3 on WALLS\narc TREE 0 1 0 r 2 0 90\n",
          ""},
         {"dropped", tree, "0 INSERT|2 TREE|67 1|0 ATTRIB|1 x|2 CODENAME|0 SEQEND", patterns, "drawing.paper-space"},
-        {"turned, in rows", tree, "0 INSERT|2 TREE|50 90|70 2",
+        {"turned, in rows, and ones of nothing", tree, "0 INSERT|2 X|50 1|70 2|0 INSERT|2 TREE|50 90|70 2",
          patterns + "point TREE 2 1 3 on WALLS\narc TREE 0 0 0 r 2 0 90\n",
-         "drawing.insert-angle drawing.insert-array"},
+         "drawing.insert-angle drawing.insert-array drawing.insert-empty"},
         {"of nothing", {}, "0 INSERT|2 TREE|0 ATTRIB|1 OAK|2 CODENAME|0 SEQEND|0 INSERT", "", "drawing.insert-empty"},
         {"of a number that isn't finite", tree,
          "0 INSERT|2 TREE|41 nan|0 INSERT|2 TREE|10 inf|0 INSERT|2 TREE|41 1e308|42 1e308", patterns,
@@ -246,6 +255,8 @@ TEST_F(DxfImporterTest, AttributesBecomeCodes)
          "drawing.invisible"},
         {"of a reference that is left out", "0 INSERT|2 TREE|67 1|0 ATTRIB|2 CODENAME|1 X|0 SEQEND|0 INSERT|2 TREE",
          "\n", "drawing.paper-space"},
+        {"a text of several lines beside its value",
+         "0 INSERT|2 TREE|0 ATTRIB|1 OAK|2 KIND|101 Embedded Object|1 {OAK}|2 X|0 SEQEND", " Site(KIND:TEXT=OAK)\n"},
         {"an attribute on its own", "0 ATTRIB|2 CODENAME|1 ROAD|0 INSERT|2 TREE", "\n", "drawing.entity"},
         {"a pattern of one", "0 ATTDEF|2 CODENAME|0 INSERT|2 TREE", "\n", "drawing.entity"},
     };
@@ -304,20 +315,17 @@ TEST_F(DxfImporterTest, NamesAreTextInTheDrawingsEncoding)
         {"9 $DWGCODEPAGE|3 ANSI_932", "\x8F\x5A\x93\x5F", "\u4F4F\u70B9", ""},
         {"9 $DWGCODEPAGE|3 DOS850", "\x84", "\u00E4", ""},
         {"9 $DWGCODEPAGE|3 MARTIAN", "\xE4", "\u00E4", "7:drawing.code-page"},
-        {"", "A\\U+00c4\\U+D83D\\u+DE00\\U+D83D", "A\u00C4\U0001F600\uFFFD", "19:drawing.bad-characters"},
+        {"", "A\\U+00c4\\U+D83D\\u+DE00\\U+D83D", "A\u00C4\U0001F600\uFFFD", "7:drawing.bad-characters"},
         {"", "\\U+0009\\U+12\\U+XYZW\\P", "\\U+0009\\U+12\\U+XYZW\\P", ""},
         {"", "\\M+1935f\\M+9936F", "\u70B9\\M+9936F", ""},
-        {"9 $DWGCODEPAGE|3 ANSI_1252", "\x81", "\uFFFD", "13:drawing.bad-characters"},
+        {"9 $DWGCODEPAGE|3 ANSI_1252", "\x81", "\uFFFD", "17:drawing.bad-characters"},
     };
     for (const auto& row : rows) {
         CIEData job;
         Import(job, ToText(Make({}, {}, CString("0 LAYER|2 ") + row.m_pName, row.m_pHeader)));
         ASSERT_NE(job.GetIEDrawDictionary()->GetLayerAt(0), nullptr) << row.m_pName;
         EXPECT_EQ(job.GetIEDrawDictionary()->GetLayerAt(0)->GetName(), row.m_pText) << row.m_pHeader;
-        const CString notes = Notes();
-        EXPECT_EQ(notes.substr(std::min(notes.find(':'), notes.size())),
-                  CString(row.m_pNotes).substr(std::min(CString(row.m_pNotes).find(':'), CString(row.m_pNotes).size())))
-            << row.m_pName;
+        EXPECT_EQ(Notes(), row.m_pNotes) << row.m_pName;
     }
 }
 
@@ -338,10 +346,17 @@ TEST_F(DxfImporterTest, FilesOfOtherShapes)
         {"a header and a block without their ends",
          ToText("0 SECTION|2 HEADER|9 X|0 SECTION|2 TABLES|0 ENDSEC|0 SECTION|2 BLOCKS|0 BLOCK|2 A|10 0|0 POINT|0 "
                 "ENDSEC|0 SECTION|2 ENTITIES|0 POINT|0 ENDSEC|0 EOF"),
-         "*point A 0 0 0\n", "9:drawing.section 29:drawing.section"},
+         "*point A 0 0 0\n", "31:drawing.entity 9:drawing.section 29:drawing.section"},
         {"another section", ToText("0 SECTION|2 THUMBNAIL|90 3|0 ENDSEC|0 EOF"), "", "3:drawing.section"},
         {"entities alone, the file cut", ToText("0 SECTION|2 ENTITIES|0 POINT|10 1|0 POINT|10 2"), "point  0 1 0\n",
          "13:drawing.cut"},
+        {"cut ahead of the entities", ToText("0 SECTION|2 BLOCKS|0 BLOCK|2 A|0 POINT|0 ENDBLK|0 ENDSEC"),
+         "*point A 0 0 0\n", "15:drawing.cut"},
+        {"what stands between the sections and the blocks",
+         ToText("0 SECTION|2 BLOCKS|0 LINE|0 BLOCK|2 A|0 ENDBLK|8 0|0 POINT|10 1|0 POINT|0 ENDSEC|2 ENTITIES|0 ARC|0 "
+                "ENDSEC|0 "
+                "SECTION|2 OBJECTS|0 DICTIONARY|0 ENDSEC|0 SECTION|2 ENTITIES|0 POINT|0 ENDSEC|0 EOF"),
+         "point  0 0 0\n", "5:drawing.entity 15:drawing.entity 25:drawing.entity 31:drawing.section"},
         {"no last word", ToText("999 made by hand|0 SECTION|2 ENTITIES|0 POINT|0 ENDSEC"), "point  0 0 0\n", ""},
         {"what stands behind the end",
          ToText("0 SECTION|2 ENTITIES|0 ENDSEC|0 EOF|0 SECTION|2 ENTITIES|0 POINT|0 ENDSEC"), "", ""},
@@ -353,6 +368,9 @@ TEST_F(DxfImporterTest, FilesOfOtherShapes)
          ToBinary(Make("0 POINT|10 1|20 2|30 3|62 1|67 0|0 LINE|8 X|370 |11 4|60 0|0 TEXT|1 x",
                        "0 BLOCK|2 A|70 0|10 1|20 1|30 1|0 ARC|40 2|0 ENDBLK")),
          "*arc A 0 0 0 r 2 0 0\npoint  2 1 3 color 1\nline  0 0 0 | 0 4 0\n", "0:drawing.entity 0:drawing.no-layer"},
+        {"binary, with names in double bytes",
+         ToBinary(Make("0 POINT|8 \x83\x66z", {}, "0 LAYER|2 \x83\x66Z", "9 $DWGCODEPAGE|3 ANSI_932")),
+         "point  0 0 0 on \u30C7Z\n", ""},
         {"binary, broken", ToBinary("0 SECTION|2 ENTITIES|0 POINT|10 1|0 LINE|-1 |0 POINT|0 EOF"), "point  0 1 0\n",
          "0:drawing.broken"},
         {"binary, broken between its sections", ToBinary("0 SECTION|2 ENTITIES|0 POINT|0 ENDSEC|-1 |0 EOF"),

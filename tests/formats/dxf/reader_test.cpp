@@ -177,6 +177,7 @@ TEST_F(DxfReaderTest, TellsHowNumbersStood)
         {"1", Read},
         {" -2.5e3", Read},
         {"12 m", InPart},
+        {"12 ", Read},
         {"", NoNumber},
         {"-", NoNumber},
         {".", NoNumber},

@@ -19,7 +19,10 @@ constexpr int kFlags = 70;
 constexpr int kCount = 90; ///< of vertices
 
 constexpr int kClosed = 1;                     ///< bit of the flags of a polyline
+constexpr int kInSpace = 8 | 16 | 64;          ///< lines and meshes whose vertices don't lie in one plane
 constexpr int kCurvesOrMesh = 2 | 4 | 16 | 64; ///< fitted curves, meshes and networks of faces
+constexpr int kFaceRecord = 128;               ///< of a vertex that lists the corners of a face
+constexpr int kMeshVertex = 64 | kFaceRecord;  ///< both of them, of one that is a corner
 constexpr int kBlockHeaderGroups = 4;          ///< the name and the base point
 
 constexpr int kUsualVertices = 4;  ///< room that a new polyline gets
@@ -30,14 +33,6 @@ constexpr const char* kNotFinite = "one of its numbers isn't finite";
 bool IsFinite(const CIEStation& station)
 {
     return std::isfinite(station.m_dNorth) && std::isfinite(station.m_dEast) && std::isfinite(station.m_dHeight);
-}
-
-/// Words that belong to an entity which has been told of, or that bring nothing themselves. A block's patterns of
-/// attributes are for a program in which someone draws.
-bool IsCompanion(TToken::EToken eToken, bool bInBlock)
-{
-    return eToken == TToken::SEQEND || eToken == TToken::VERTEX || (eToken == TToken::ATTDEF && bInBlock) ||
-           eToken == TToken::ENDTAB || eToken == TToken::END_OF_FILE;
 }
 
 std::unique_ptr<CIEPolyLine> MakeLine(bool bClosed)
@@ -67,7 +62,7 @@ bool CDXFImporter::Entities()
                 base[token.m_nCode / kFirstX - 1] = token.m_Value.m_dValue;
             else
                 continue;
-            m_pRun->CountNumber();
+            m_pRun->CountValue();
             ++nHeaderGroups;
         } else {
             nHeaderGroups = kBlockHeaderGroups; // a block of two coordinates has three
@@ -106,8 +101,7 @@ CDXFImporter::EEntity CDXFImporter::Entity(const CString& strBlock, const TBase&
         return read(Surface(token));
     case TToken::INSERT:
         begin();
-        if (!strBlock.empty() && (base[0] != 0 || base[1] != 0 || base[2] != 0))
-            m_pRun->m_Tally.Count(CDXFTally::NestedBase, *m_pReader);
+        m_pRun->m_bMovedBlock = !strBlock.empty() && (base[0] != 0 || base[1] != 0 || base[2] != 0);
         return read(Insert(strBlock, token));
     case TToken::LINE:
     case TToken::LINE3D:
@@ -123,7 +117,7 @@ CDXFImporter::EEntity CDXFImporter::Entity(const CString& strBlock, const TBase&
         begin();
         return read(LWPolyline(strBlock, base, token));
     default:
-        if (token.m_nCode == 0 && !IsCompanion(token.m_eToken, !m_bInEntities))
+        if (token.m_nCode == 0 && !TRun::IsCompanion(token.m_eToken, !m_bInEntities))
             m_pRun->CountEntity(token);
         return EEntity::None;
     }
@@ -189,6 +183,7 @@ bool CDXFImporter::Arc(const CString& strBlock, const TBase& base, TToken& token
     };
     if (!m_pRun->ReadEntity(token, entity, TRun::Width41 | TRun::Width43, take))
         return false;
+    m_pRun->CountExtrusion(entity);
     CIEStation center = m_pRun->ToStation(places[0]);
     dRadius = m_pRun->ToMeters(dRadius);
     if (entity.m_bDropped)
@@ -217,6 +212,8 @@ bool CDXFImporter::Polyline(const CString& strBlock, const TBase& base, TToken& 
         return true;
     if ((nFlags & kCurvesOrMesh) != 0)
         m_pRun->m_Tally.Count(CDXFTally::Mesh, entity.m_Place);
+    if ((nFlags & kInSpace) == 0)
+        m_pRun->CountExtrusion(entity);
     auto pNew = MakeLine((nFlags & kClosed) != 0);
     CIEPolyLine* const pLine = pNew.get();
     pLine->ReserveStations(kUsualVertices);
@@ -246,15 +243,20 @@ bool CDXFImporter::Vertex(CIEPolyLine* pLine, const TBase& base, TToken& token)
 {
     TEntity entity(*m_pReader, token);
     TRun::TCorner places[1];
+    int nFlags = 0;
     const auto take = [&](const TToken& group) {
         if (group.m_nCode == kBulge && group.m_Value.m_dValue != 0)
             m_pRun->m_Tally.Count(CDXFTally::Bulge, *m_pReader);
+        if (group.m_nCode == kFlags)
+            nFlags = group.m_Value.m_nValue;
         m_pRun->TakeCorner(group, entity, places, base);
     };
     if (!m_pRun->ReadEntity(token, entity, TRun::NoWidths, take))
         return false;
     if (entity.m_bDropped)
         return true;
+    if ((nFlags & kMeshVertex) == kFaceRecord)
+        m_pRun->m_Tally.Count(CDXFTally::FaceRecord, entity.m_Place);
     CIEStation station = m_pRun->ToStation(places[0]);
     if (entity.m_bRefused || !IsFinite(station))
         m_pRun->m_bRefusedVertex = true;
@@ -307,6 +309,7 @@ bool CDXFImporter::LWPolyline(const CString& strBlock, const TBase& base, TToken
         return false;
     if (entity.m_bDropped)
         return true;
+    m_pRun->CountExtrusion(entity);
     if (bElevated)
         m_pRun->m_Tally.Count(CDXFTally::Elevation, entity.m_Place);
     if (entity.m_bRefused)
@@ -346,8 +349,12 @@ bool CDXFImporter::Surface(TToken& token)
     constexpr TBase kNoBase = {};
     TEntity entity(*m_pReader, token);
     TRun::TCorner places[kFaceCorners];
-    if (!m_pRun->ReadEntity(token, entity, TRun::NoWidths,
-                            [&](const TToken& group) { m_pRun->TakeCorner(group, entity, places, kNoBase); }))
+    bool bFourth = false;
+    const auto take = [&](const TToken& group) {
+        bFourth = bFourth || (group.m_nCode >= kFirstX && group.m_nCode % 10 == kFaceCorners - 1);
+        m_pRun->TakeCorner(group, entity, places, kNoBase);
+    };
+    if (!m_pRun->ReadEntity(token, entity, TRun::NoWidths, take))
         return false;
     if (entity.m_bDropped)
         return true;
@@ -362,7 +369,7 @@ bool CDXFImporter::Surface(TToken& token)
     }
     bool bTwice = false;
     const int nSpare = FindSpareCorner(corners, bTwice);
-    if (!bTwice)
+    if (!bTwice && bFourth)
         m_pRun->m_Tally.Count(CDXFTally::FourthCorner, entity.m_Place);
     if (!m_bInEntities)
         m_pRun->m_Tally.Count(CDXFTally::BlockFace, entity.m_Place);

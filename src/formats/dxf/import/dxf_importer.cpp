@@ -50,14 +50,18 @@ bool CDXFImporter::ReadSections(bool& bSection)
     TToken token;
     if (!m_pRun->Next(token)) {
         bSection = bSection && m_pRun->m_eEnd != TRun::Broken;
-        if (m_pRun->m_eEnd == TRun::FileEnd)
-            m_pRun->m_eEnd = TRun::Going; // a file without its last word has lost nothing
+        if (m_pRun->m_eEnd == TRun::FileEnd && m_bInEntities)
+            m_pRun->m_eEnd = TRun::Going; // for want of its last word alone nothing is lost
         return false;
     }
     if (token.m_eToken == TToken::END_OF_FILE)
         return false;
-    if (token.m_eToken != TToken::SECTION)
+    if (token.m_eToken != TToken::SECTION) {
+        if (bSection) // else it is perhaps no drawing
+            m_pRun->CountOutside(token);
         return true;
+    }
+    m_pRun->m_bPassedOver = false;
     if (!m_pRun->Next(token)) {
         bSection = m_pRun->m_eEnd == TRun::Stopped;
         return false;
@@ -82,6 +86,7 @@ bool CDXFImporter::Section(const TToken& token)
         return Tables();
     default:
         m_pRun->CountSection(token);
+        m_pRun->m_bPassedOver = true;
         return true;
     }
 }
@@ -106,7 +111,7 @@ bool CDXFImporter::Header()
             m_pRun->m_Text.SetVersion(token.GetText());
         else if (eVariable == CodePage && token.m_nCode == 3 && !m_pRun->m_Text.SetCodePage(token.GetText()))
             m_pRun->m_Tally.Count(CDXFTally::CodePage, *m_pReader);
-        m_pRun->m_Text.Prepare(*m_pReader);
+        m_pRun->m_Text.Prepare();
     }
     return false;
 }
@@ -157,6 +162,7 @@ bool CDXFImporter::TableLayer(TToken& token)
     int nColor = 0, nFlags = 1;
     double dWeight = 1;
     while (m_pRun->Next(token) && token.m_nCode != 0) {
+        m_pRun->CountValue();
         switch (token.m_nCode) {
         case kName:
             strName = m_pRun->m_Text.ToText(token.GetText());
@@ -221,7 +227,9 @@ bool CDXFImporter::Blocks()
         }
         m_pRun->LookForSection(token);
         // the end of a block on a layer of this name isn't another block
-        if (token.m_eToken == TToken::BLOCK && token.m_nCode == 0 && !Block())
+        if (token.m_eToken != TToken::BLOCK || token.m_nCode != 0)
+            m_pRun->CountOutside(token);
+        else if (!Block())
             return false;
     }
     return false;

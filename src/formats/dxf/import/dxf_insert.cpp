@@ -17,6 +17,7 @@ constexpr int kHeightScale = 43;
 constexpr int kAngle = 50;
 constexpr int kColumns = 70;
 constexpr int kRows = 71;
+constexpr int kEmbedded = 101; ///< begins an object within an attribute
 
 // an attribute so called gives the object a code, or a text of a code
 constexpr std::string_view kCodeName = "CODENAME";
@@ -38,12 +39,25 @@ bool IsFinite(const CIEObject& object)
            std::isfinite(static_cast<const CIEArc&>(object).GetData(CIEArc::Radius));
 }
 
+/// What takes the memory of a station: a value of an attribute, and what is long of it.
+std::int64_t PartsOf(const CString& strValue)
+{
+    constexpr std::size_t kBytesOfPart = 64;
+    return 1 + static_cast<std::int64_t>(strValue.size() / kBytesOfPart);
+}
+constexpr std::int64_t kPartsOfCode = 4;
+
 /// Stations and values of an object: what it takes beyond itself.
 std::int64_t CountParts(const CIEObject& object)
 {
     std::int64_t nParts = object.GetNumberOfStations();
-    for (int i = 0; const CIECodeValues* const pCode = object.GetCode(i); ++i)
-        nParts += 1 + pCode->GetNumberOfAttrs() + pCode->GetNumberOfCodeStrings();
+    for (int i = 0; const CIECodeValues* const pCode = object.GetCode(i); ++i) {
+        nParts += kPartsOfCode;
+        for (int j = 0; j < pCode->GetNumberOfAttrs(); ++j)
+            nParts += PartsOf(pCode->GetAttrAt(j));
+        for (int k = 0; k < pCode->GetNumberOfCodeStrings(); ++k)
+            nParts += PartsOf(pCode->GetCodeStringAt(k));
+    }
     return nParts;
 }
 
@@ -101,10 +115,6 @@ bool CDXFImporter::Insert(const CString& strBlock, TToken& token)
         if (!Attrib(token, names, values, types))
             return false;
     }
-    if (bTurned)
-        m_pRun->m_Tally.Count(CDXFTally::InsertAngle, entity.m_Place);
-    if (bArray)
-        m_pRun->m_Tally.Count(CDXFTally::InsertArray, entity.m_Place);
     reference.m_Place = m_pRun->ToStation(places[0]);
     if (entity.m_bRefused) {
         m_pRun->Refuse(entity, "one of its numbers isn't finite");
@@ -114,7 +124,17 @@ bool CDXFImporter::Insert(const CString& strBlock, TToken& token)
     if (!m_pRun->AddCopies(reference, entity, m_bInEntities ? CString() : strBlock))
         return false;
     const int nEnd = m_pRun->CountObjects();
-    if (nEnd > nFirst && !names.empty()) {
+    if (nEnd == nFirst)
+        return true;
+    m_pRun->CountExtrusion(entity);
+    for (const auto& [bHolds, eLoss] : {std::pair(bTurned, CDXFTally::InsertAngle),
+                                        {bArray, CDXFTally::InsertArray},
+                                        {!m_bInEntities && m_pRun->m_bMovedBlock, CDXFTally::NestedBase}}) {
+        if (bHolds)
+            m_pRun->m_Tally.Count(eLoss, entity.m_Place);
+    }
+    if (!names.empty()) {
+        m_pRun->m_ReferencePlace = entity.m_Place;
         AddCodeToDataDictionary(names, types, values);
         for (int i = nFirst; i < nEnd; ++i) {
             if (!m_pRun->MayGoOn())
@@ -146,6 +166,9 @@ bool CDXFImporter::TRun::AddCopies(const TReference& reference, const TEntity& e
         if (!CountCopy(entity, reference.m_strName, 1, CountParts(pattern)))
             return false;
         auto pCopy = pattern.clone();
+        if (pattern.GetType() == EIEObjectsType::Arc &&
+            std::fabs(reference.m_dNorthScale) != std::fabs(reference.m_dEastScale))
+            m_Tally.Count(CDXFTally::ArcScale, entity.m_Place);
         pCopy->ShiftCoords(reference.m_Place, reference.m_dNorthScale, reference.m_dEastScale,
                            reference.m_dHeightScale);
         if (!IsFinite(*pCopy)) {
@@ -171,7 +194,11 @@ bool CDXFImporter::Attrib(TToken& token, CStringArray& names, CStringArray& valu
 {
     TEntity entity(*m_pReader, token);
     CString strTag, strValue;
+    bool bEmbedded = false; // a text of several lines follows, which isn't the value
     const auto take = [&](const TToken& group) {
+        bEmbedded = bEmbedded || group.m_nCode == kEmbedded;
+        if (bEmbedded)
+            return;
         if (group.m_nCode == kTag)
             strTag = m_pRun->m_Text.ToText(group.GetText());
         else if (group.m_nCode == kValue)
@@ -205,11 +232,12 @@ void CDXFImporter::AddCodeToDataDictionary(const CStringArray& names, const TTyp
     m_pRun->m_nTargetParts = 0;
     for (std::size_t i = 0; i < names.size(); ++i) {
         const TRun::TTarget target = m_pRun->FindTarget(names[i], types[i], values[i]);
-        m_pRun->m_nTargetParts += target.m_nAttribute + 2; // a code, and the values ahead of this one too
+        // the values ahead of this one too, and perhaps a code that the object hasn't had
+        m_pRun->m_nTargetParts += target.m_nAttribute + 1 + PartsOf(values[i]) + kPartsOfCode;
         if (!target.m_pCode)
-            m_pRun->m_Tally.Count(CDXFTally::CodeName, *m_pReader);
+            m_pRun->m_Tally.Count(CDXFTally::CodeName, m_pRun->m_ReferencePlace);
         else if (target.m_nAttribute >= 0 && std::find(targets.begin(), targets.end(), target) != targets.end())
-            m_pRun->m_Tally.Count(CDXFTally::SameAttribute, *m_pReader);
+            m_pRun->m_Tally.Count(CDXFTally::SameAttribute, m_pRun->m_ReferencePlace);
         targets.push_back(target);
     }
 }

@@ -285,9 +285,15 @@ void CDXFReader::SetText(TToken& token, std::string_view text, bool bWord)
     std::memcpy(m_szBuffer, text.data(), text.size());
     m_szBuffer[text.size()] = '\0';
     token.m_Value.m_pText = m_szBuffer;
-    if (!bWord)
-        return;
-    if (m_eBytes != EBytes::Single && HasHighByte(text) && !(m_bMayBeUtf8 && IEUtils::IsValidUtf8(text)))
+    if (bWord)
+        RaiseText(token);
+}
+
+/// Brings the text in the buffer into upper case, and looks whether it is a word of the form.
+void CDXFReader::RaiseText(TToken& token)
+{
+    const std::string_view text = m_eBytes != EBytes::Single ? std::string_view(m_szBuffer) : std::string_view();
+    if (HasHighByte(text) && !(m_bMayBeUtf8 && IEUtils::IsValidUtf8(text)))
         RaiseLetters(m_szBuffer, m_eBytes == EBytes::ShiftJis); // no word of the form has such bytes
     else
         token.m_eToken = TToken::FindToken(m_szBuffer);
@@ -329,8 +335,11 @@ std::int32_t CDXFReader::ReadInt(std::string_view text)
     if (text.empty() || !IsDigit(text[0]))
         m_eNumber = ENumber::NoNumber;
     std::int64_t nValue = 0;
-    for (std::size_t i = 0; i < text.size() && IsDigit(text[i]); ++i)
+    std::size_t i = 0;
+    for (; i < text.size() && IsDigit(text[i]); ++i)
         nValue = std::min(nValue * 10 + (text[i] - '0'), kMost + 1);
+    if (i > 0 && !std::all_of(text.begin() + static_cast<std::ptrdiff_t>(i), text.end(), IsBlank))
+        m_eNumber = ENumber::InPart;
     return static_cast<std::int32_t>(bNegative ? -nValue : std::min(nValue, kMost));
 }
 
@@ -348,7 +357,7 @@ TToken CDXFReader::ReadBinaryToken()
         bRead = ReadBinaryString(m_szBuffer);
         token.m_Value.m_pText = m_szBuffer;
         if (bRead)
-            token.m_eToken = TToken::FindToken(m_szBuffer);
+            RaiseText(token);
     } else if (nCode <= kLastBinaryDouble) {
         double dValue = 0.0;
         bRead = ReadBinaryDouble(dValue);
@@ -380,7 +389,7 @@ bool CDXFReader::ReadBinaryDouble(double& dValue)
     return true;
 }
 
-/// Up to the zero, or a piece that fills the buffer.
+/// Up to the zero, or a piece that fills the buffer, of which the rest may be passed over.
 bool CDXFReader::ReadBinaryString(char* pText)
 {
     NeedBytes(kBufferSize);
@@ -393,7 +402,16 @@ bool CDXFReader::ReadBinaryString(char* pText)
     std::memcpy(pText, bytes.data(), nLength);
     pText[nLength] = '\0';
     file.m_pAt += nZero == bytes.npos ? nLength : nLength + 1;
-    return true;
+    m_bCut = nZero == bytes.npos;
+    if (!m_bCut || !m_bPassOver)
+        return true;
+    while (NeedBytes(1)) {
+        const char* const p = std::find(file.m_pAt, file.m_pEnd, '\0');
+        file.m_pAt = p == file.m_pEnd ? p : p + 1;
+        if (p != file.m_pEnd)
+            return true;
+    }
+    return false; // cut
 }
 
 std::int64_t CDXFReader::GetLineNumber() const

@@ -54,8 +54,8 @@ public:
         m_eBytes = eBytes;
         m_bMayBeUtf8 = bMayBeUtf8;
     }
-    /// From now on the rest of a line of more than kLongestLine bytes is passed over, so that the groups behind it keep
-    /// their codes.
+    /// From now on the rest of a line, or of a binary text, of more than kLongestLine bytes is passed over, so that the
+    /// groups behind it keep their codes.
     void PassOverLongLines() { m_bPassOver = true; }
     /// Whether that happened to the last token's value.
     [[nodiscard]] bool WasCut() const { return m_bCut && m_bPassOver; }
@@ -81,6 +81,7 @@ private:
     TToken ReadBinaryToken();
     TToken EndToken();
     void SetText(TToken& token, std::string_view text, bool bWord);
+    void RaiseText(TToken& token);
     double ReadNumber(std::string_view text);
     std::int32_t ReadInt(std::string_view text);
 

@@ -11,6 +11,7 @@ constexpr int kSectionName = 2;
 // group codes that all entities share
 constexpr int kLineType = 6;
 constexpr int kLayer = 8;
+constexpr int kThickness = 39;
 constexpr int kInvisible = 60;
 constexpr int kColor = 62;
 constexpr int kPaperSpace = 67;
@@ -18,6 +19,7 @@ constexpr int kExtrusionX = 210;
 constexpr int kExtrusionY = 220;
 constexpr int kExtrusionZ = 230;
 constexpr int kLineWeight = 370;
+constexpr int kTrueColor = 420;
 
 constexpr int kHighestColor = 255;
 constexpr int kGroupsBetweenChecks = 1000;
@@ -37,12 +39,12 @@ CDXFImporter::TRun::TRun(CDXFImporter& importer)
       m_Reader(*importer.m_pReader),
       m_Data(*importer.m_pData),
       m_pDataset(importer.m_pData->AddDataset(std::make_unique<CIEDataset>("Import dataset"))),
-      m_Text(m_Data.GetSettings().m_strCodePage),
+      m_Text(m_Data.GetSettings().m_strCodePage, m_Reader),
       m_bPlane(m_Data.GetJobInfo()->GetCSType() != TIEJobInfo::Geographic),
       m_Units(m_Data.GetJobInfo()->GetDistUnits()),
       m_strFileCode(m_Text.ToText(IEUtils::ExtractFileNameWithoutExtFromPathName(importer.m_strFileName)))
 {
-    m_Text.Prepare(m_Reader);
+    m_Text.Prepare();
 }
 
 bool CDXFImporter::TRun::EndBy(EEnd eEnd)
@@ -72,6 +74,23 @@ void CDXFImporter::TRun::CountWord(const TToken& token)
 {
     if (token.m_nCode != 0)
         m_Tally.Count(CDXFTally::Word, m_Reader);
+}
+
+void CDXFImporter::TRun::CountExtrusion(const TEntity& entity)
+{
+    if (entity.m_bExtruded && !entity.m_bDropped)
+        m_Tally.Count(CDXFTally::Extrusion, entity.m_Place);
+}
+
+void CDXFImporter::TRun::CountOutside(const TToken& token)
+{
+    if (token.m_nCode != 0)
+        return;
+    if (token.m_eToken == TToken::ENDSEC)
+        m_bPassedOver = false;
+    else if (!m_bPassedOver && token.m_eToken != TToken::SECTION && token.m_eToken != TToken::ENDBLK &&
+             !IsCompanion(token.m_eToken, true))
+        CountEntity(token);
 }
 
 void CDXFImporter::TRun::CountSection(const TToken& token)
@@ -118,6 +137,14 @@ bool CDXFImporter::TRun::TakeShared(const TToken& token, TEntity& entity, unsign
         entity.m_bDropped = token.m_Value.m_nValue == 1;
         if (entity.m_bDropped)
             m_Tally.Count(token.m_nCode == kInvisible ? CDXFTally::Invisible : CDXFTally::PaperSpace, m_Reader);
+        return true;
+    case kThickness:
+        if (token.m_Value.m_dValue != 0)
+            m_Tally.Count(CDXFTally::Thickness, m_Reader);
+        return true;
+    case kTrueColor:
+        if (!m_Reader.IsBinary())
+            m_Tally.Count(CDXFTally::TrueColor, m_Reader);
         return true;
     case kLineWeight:
         if (!m_Reader.IsBinary() && token.m_Value.m_nValue > 0)
@@ -258,12 +285,13 @@ void CDXFImporter::TRun::Refuse(const TEntity& entity, CString strReason) const
 
 void CDXFImporter::TRun::TellLosses(bool bSection) const
 {
-    const auto tell = [this](TIENote::EKind eKind, const char* pCode, CString strReason) {
+    const auto tell = [this](TIENote::EKind eKind, const char* pCode, const CDXFTally::TPlace& place,
+                             CString strReason) {
         TIENote note;
         note.m_eKind = eKind;
         note.m_pCode = pCode;
-        note.m_nLine = m_Reader.GetLineNumber();
-        note.m_nOffset = m_Reader.IsBinary() ? m_Reader.GetOffset() : -1;
+        note.m_nLine = place.m_nLine;
+        note.m_nOffset = place.m_nOffset;
         note.m_strReason = std::move(strReason);
         Tell(std::move(note));
     };
@@ -271,17 +299,18 @@ void CDXFImporter::TRun::TellLosses(bool bSection) const
         return;
     m_Tally.Tell(m_Units, [this](const TIENote& note) { Tell(note); });
     if (m_Text.GetMended() > 0)
-        tell(TIENote::Changed, "drawing.bad-characters",
+        tell(TIENote::Changed, "drawing.bad-characters", m_Text.GetFirstMended(),
              "bytes or escapes without a meaning became U+FFFD in " + IEUtils::IntToString(m_Text.GetMended()) +
                  " texts");
+    const CDXFTally::TPlace end = CDXFTally::PlaceOf(m_Reader);
     if (m_Reader.HasFailed())
-        tell(TIENote::Refused, "file.read-failed", "the rest of the file can't be read");
+        tell(TIENote::Refused, "file.read-failed", end, "the rest of the file can't be read");
     else if (m_Reader.IsForeignBinary())
-        tell(TIENote::Refused, "drawing.other-binary", "the binary form of this drawing is another one");
+        tell(TIENote::Refused, "drawing.other-binary", end, "the binary form of this drawing is another one");
     else if (m_eEnd == Broken)
-        tell(TIENote::Refused, "drawing.broken", "the file is broken from here on");
+        tell(TIENote::Refused, "drawing.broken", end, "the file is broken from here on");
     else if (!bSection)
-        tell(TIENote::Refused, "drawing.no-section", "the file has no section of a drawing");
+        tell(TIENote::Refused, "drawing.no-section", end, "the file has no section of a drawing");
     else if (m_eEnd == FileEnd)
-        tell(TIENote::Changed, "drawing.cut", "the file ends within a section");
+        tell(TIENote::Changed, "drawing.cut", end, "the file ends within a section, or ahead of its entities");
 }

@@ -107,13 +107,26 @@ struct CDXFImporter::TRun {
 
     /// A word of the form that is the value of another group than 0 and does what it says all the same.
     void CountWord(const TToken& token);
+    /// Words that belong to an entity which has been told of, or that bring nothing themselves. A block's patterns of
+    /// attributes are for a program in which someone draws.
+    static bool IsCompanion(TToken::EToken eToken, bool bInBlock)
+    {
+        return eToken == TToken::SEQEND || eToken == TToken::VERTEX || (eToken == TToken::ATTDEF && bInBlock) ||
+               eToken == TToken::ENDTAB || eToken == TToken::END_OF_FILE;
+    }
     /// An entity that the job has nothing for.
     void CountEntity(const TToken& token) { m_Tally.CountEntity(ToNote(token), m_Reader); }
+    /// A word between the sections or the blocks, where no entity can be.
+    void CountOutside(const TToken& token);
     /// A section that is left out; one whose name doesn't follow at once counts as "nameless".
     void CountSection(const TToken& token);
     /// To be asked of each group of a section without entities: finds sections that it swallows for want of its end.
     void LookForSection(const TToken& token);
     void CountNumber();
+    /// That, and a value that was cut.
+    void CountValue();
+    /// Of an entity that tells its coordinates in a plane of its own.
+    void CountExtrusion(const TEntity& entity);
     void Tell(TIENote note) const;
     void Refuse(const TEntity& entity, CString strReason) const;
     void TellLosses(bool bSection) const;
@@ -139,9 +152,12 @@ struct CDXFImporter::TRun {
     /// Attributes of codes that have too many to look through.
     std::unordered_map<const CIECodeDescription*, TByName<int>> m_ManyAttributes;
     CString m_strScratch;
-    bool m_bRefusedVertex = false;    ///< of the polyline that is being read
-    bool m_bDroppedReference = false; ///< what was read last is a block reference that was left out
-    bool m_bSectionHead = false;      ///< of a section that is swallowed, the name is to come
+    bool m_bRefusedVertex = false;      ///< of the polyline that is being read
+    CDXFTally::TPlace m_ReferencePlace; ///< of the reference that is being read
+    bool m_bDroppedReference = false;   ///< what was read last is a block reference that was left out
+    bool m_bMovedBlock = false;         ///< the block that is being read has a base point that isn't 0
+    bool m_bPassedOver = false;         ///< within a section that is left out
+    bool m_bSectionHead = false;        ///< of a section that is swallowed, the name is to come
 };
 
 /// A value of the last group that isn't the number which its code wants.
@@ -162,20 +178,22 @@ inline void CDXFImporter::TRun::CountNumber()
     }
 }
 
+inline void CDXFImporter::TRun::CountValue()
+{
+    CountNumber();
+    if (m_Reader.WasCut())
+        m_Tally.Count(CDXFTally::LongValue, m_Reader);
+}
+
 template <class TTake>
 bool CDXFImporter::TRun::ReadEntity(TToken& token, TEntity& entity, unsigned nWidths, TTake take)
 {
     while (Next(token)) {
-        if (token.m_nCode == 0) {
-            if (entity.m_bExtruded && !entity.m_bDropped)
-                m_Tally.Count(CDXFTally::Extrusion, entity.m_Place);
+        if (token.m_nCode == 0)
             return true;
-        }
         if (entity.m_bDropped)
             continue;
-        CountNumber();
-        if (m_Reader.WasCut())
-            m_Tally.Count(CDXFTally::LongValue, m_Reader);
+        CountValue();
         if (!TakeShared(token, entity, nWidths))
             take(token);
     }

@@ -95,7 +95,7 @@ bool CDXFText::SetCodePage(std::string_view name)
     return true;
 }
 
-void CDXFText::Prepare(CDXFReader& reader) const
+void CDXFText::Prepare()
 {
     constexpr std::string_view kDouble[] = {"CP936", "CP949", "CP950", "JOHAB"};
     const CString& strPage = m_pPage->GetName();
@@ -104,7 +104,7 @@ void CDXFText::Prepare(CDXFReader& reader) const
         eBytes = CDXFReader::EBytes::ShiftJis;
     else if (!m_bUtf8 && std::find(std::begin(kDouble), std::end(kDouble), strPage) != std::end(kDouble))
         eBytes = CDXFReader::EBytes::Double;
-    reader.SetBytes(eBytes, !m_bPageStated);
+    m_Reader.SetBytes(eBytes, !m_bPageStated);
 }
 
 std::string_view CDXFText::View(std::string_view bytes, CString& strScratch)
@@ -122,7 +122,8 @@ CString CDXFText::ToText(std::string_view bytes)
     CString text = (m_bUtf8 || !m_bPageStated) && IEUtils::IsValidUtf8(bytes) ? CString(bytes) : m_pPage->ToText(bytes);
     if (text.find('\\') != CString::npos)
         text = Unescape(text);
-    m_nMended += text.find(Encoding::kReplacement) != CString::npos;
+    if (text.find(Encoding::kReplacement) != CString::npos && m_nMended++ == 0)
+        m_FirstMended = CDXFTally::PlaceOf(m_Reader);
     return text;
 }
 
