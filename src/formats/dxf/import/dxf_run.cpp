@@ -252,13 +252,10 @@ bool CDXFImporter::TRun::CountCopy(const TEntity& insert, const CString& strName
     m_nCopies += nObjects + nParts / kPartsOfObject;
     if (m_nCopies <= m_Data.GetSettings().m_nMostBlockCopies)
         return true;
-    TIENote note;
-    note.m_eKind = TIENote::LeftOut;
-    note.m_pCode = "drawing.too-many-copies";
-    note.m_nLine = insert.m_Place.m_nLine;
-    note.m_nOffset = insert.m_Place.m_nOffset;
+    TIENote note = CDXFTally::MakeNote(
+        TIENote::LeftOut, "drawing.too-many-copies", insert.m_Place,
+        "block references have made as many copies as the settings allow; nothing from here on was read");
     note.m_strRecord = strName;
-    note.m_strReason = "block references have made as many copies as the settings allow; nothing from here on was read";
     Tell(std::move(note));
     return EndBy(TooManyCopies);
 }
@@ -273,13 +270,8 @@ void CDXFImporter::TRun::Refuse(const TEntity& entity, CString strReason) const
 {
     if (!m_Data.GetObserver())
         return;
-    TIENote note;
-    note.m_eKind = TIENote::Refused;
-    note.m_pCode = "drawing.coordinates";
-    note.m_nLine = entity.m_Place.m_nLine;
-    note.m_nOffset = entity.m_Place.m_nOffset;
+    TIENote note = CDXFTally::MakeNote(TIENote::Refused, "drawing.coordinates", entity.m_Place, std::move(strReason));
     note.m_strRecord = entity.m_strKind;
-    note.m_strReason = std::move(strReason);
     Tell(std::move(note));
 }
 
@@ -287,13 +279,7 @@ void CDXFImporter::TRun::TellLosses(bool bSection) const
 {
     const auto tell = [this](TIENote::EKind eKind, const char* pCode, const CDXFTally::TPlace& place,
                              CString strReason) {
-        TIENote note;
-        note.m_eKind = eKind;
-        note.m_pCode = pCode;
-        note.m_nLine = place.m_nLine;
-        note.m_nOffset = place.m_nOffset;
-        note.m_strReason = std::move(strReason);
-        Tell(std::move(note));
+        Tell(CDXFTally::MakeNote(eKind, pCode, place, std::move(strReason)));
     };
     if (!m_Data.GetObserver())
         return;

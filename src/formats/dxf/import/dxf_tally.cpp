@@ -80,7 +80,9 @@ constexpr TUnits kDrawingUnits[] = {
     {24, "US survey miles", EDIST_UNITS::USMiles},
 };
 
-TIENote MakeNote(TIENote::EKind eKind, const char* pCode, const CDXFTally::TPlace& place, CString strReason)
+} // namespace
+
+TIENote CDXFTally::MakeNote(TIENote::EKind eKind, const char* pCode, const TPlace& place, CString strReason)
 {
     TIENote note;
     note.m_eKind = eKind;
@@ -90,8 +92,6 @@ TIENote MakeNote(TIENote::EKind eKind, const char* pCode, const CDXFTally::TPlac
     note.m_strReason = std::move(strReason);
     return note;
 }
-
-} // namespace
 
 CDXFTally::TPlace CDXFTally::PlaceOf(const CDXFReader& reader)
 {

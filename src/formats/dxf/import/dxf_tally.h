@@ -50,6 +50,8 @@ public:
         std::int64_t m_nOffset = -1;
     };
     static TPlace PlaceOf(const CDXFReader& reader);
+    /// A note without the file's name.
+    static TIENote MakeNote(TIENote::EKind eKind, const char* pCode, const TPlace& place, CString strReason);
 
     /// At the reader's last token, or at another place.
     void Count(ELoss eLoss, const CDXFReader& reader);
