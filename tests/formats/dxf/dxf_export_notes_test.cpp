@@ -117,6 +117,12 @@ const TCase kCases[] = {
     {"job.surfaces, ", [](CIEData&, CIEDataset& set) {
         AddSurface(set, {{0, 0, 0}, {0, 1, 0}, {1, 0, 0}, {0, 0, 1e30}}, {{0, 1, 2}}); }},
     {"surface.triangles ground, ", [](CIEData&, CIEDataset& set) { AddSurface(set, {{0, 0, 0}}, {}); }},
+    {"surface.standing ground, job.surfaces, ", [](CIEData&, CIEDataset& set) {
+        AddSurface(set, {{0, 0, 0}, {0, 0.0000001, 5}, {9, 0, 0}}, {{0, 1, 2}, {2, 1, 0}}); }},
+    {"job.surfaces, ", [](CIEData&, CIEDataset& set) {
+        AddSurface(set, {{9, 0, 0}, {0, 0, 0}, {0, 0, 5}}, {{0, 1, 2}, {0, 0, 1}}); }},
+    // a tag of two names, each of which is short enough
+    {"job.attributes T, ", [](CIEData& job, CIEDataset& set) { GiveAttributes(job, set, {TAttr(CString(2040, 'W'))}, {"X"}); }},
     {"surface.triangles ground, ", [](CIEData&, CIEDataset& set) { AddSurface(set, {{0, 0, 0}}, {{0, 0, 1}}); }},
     // drawing
     {"job.color #FF0001, ", [](CIEData&, CIEDataset& set) {

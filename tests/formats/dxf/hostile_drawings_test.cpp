@@ -125,14 +125,27 @@ TEST_F(HostileDrawingsTest, ValuesOfAttributesCountAsCopies)
     for (int i = 0; i < 20; ++i)
         rest += "|0 INSERT|2 A|0 ATTRIB|2 A999:T:C|1 x|0 SEQEND";
     CIEData job;
-    ChangeSettings(job, [](TIESettings& settings) { settings.m_nMostBlockCopies = 126'000; });
+    ChangeSettings(job, [](TIESettings& settings) { settings.m_nMostBlockCopies = 1'500; });
     EXPECT_EQ(Import(job, ToText(Make(first + rest, "0 BLOCK|2 A|0 POINT|0 ENDBLK"))), IE_OUT_OF_MEMORY);
     EXPECT_EQ(m_Ledger.GetCount("drawing.attributes"), 1);
     EXPECT_LT(job.GetNumberOfObjectsInAllDatasets(), 10);
 
+    // as many as a drawing of assets has take no more than they are
+    CString assets = "0 POINT";
+    for (int i = 0; i < 300; ++i) {
+        assets += "|0 INSERT|2 A";
+        for (int k = 0; k < 30; ++k)
+            assets += "|0 ATTRIB|2 A" + std::to_string(k) + ":T:C|1 " + std::to_string(i);
+        assets += "|0 SEQEND";
+    }
+    CIEData many;
+    ChangeSettings(many, [](TIESettings& settings) { settings.m_nMostBlockCopies = 400; });
+    EXPECT_EQ(Import(many, ToText(Make(assets, "0 BLOCK|2 A|0 POINT|0 ENDBLK"))), IE_OK);
+
     // long ones more, on the object and on the copies of one that has them
     const CString strText = "|0 ATTRIB|2 CODESTRING:T|1 " + CString(2000, 'x');
-    const CString blocks = "0 BLOCK|2 A|0 POINT|0 ENDBLK|0 BLOCK|2 B|0 INSERT|2 A" + strText + "|0 SEQEND|0 ENDBLK";
+    const CString blocks =
+        "0 BLOCK|2 A|0 POINT|0 POINT|0 ENDBLK|0 BLOCK|2 B|0 INSERT|2 A" + strText + "|0 SEQEND|0 ENDBLK";
     for (const CString& strEntity : {"|0 INSERT|2 A" + strText + "|0 SEQEND", CString("|0 INSERT|2 B")}) {
         CString entities = "0 POINT";
         for (int i = 0; i < 100; ++i)
@@ -142,6 +155,14 @@ TEST_F(HostileDrawingsTest, ValuesOfAttributesCountAsCopies)
         EXPECT_EQ(Import(texts, ToText(Make(entities, blocks))), IE_OUT_OF_MEMORY);
         EXPECT_GT(texts.GetNumberOfObjectsInAllDatasets(), 30);
     }
+}
+
+TEST_F(HostileDrawingsTest, LongNamesOfBlocks)
+{
+    const CString strName = CString(254, 'N') + "\u00C4" + CString(1000, 'N');
+    EXPECT_EQ(Read(ToText(Make("0 INSERT|2 " + strName, "0 BLOCK|2 " + strName + "|10 0|20 0|30 0|0 POINT|0 ENDBLK"))),
+              "*point " + CString(254, 'N') + " 0 0 0\npoint " + CString(254, 'N') + " 0 0 0\n");
+    EXPECT_EQ(m_Ledger.GetCount("drawing.long-name"), 1);
 }
 
 TEST_F(HostileDrawingsTest, ManyOfAKind)

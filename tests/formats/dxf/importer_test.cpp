@@ -77,11 +77,13 @@ TEST_F(DxfImporterTest, Entities)
          "line  0 0 0 | 0 0 0\npolygon  0 0 0\narc  0 0 0 r 0 0 0\narc  0 0 0 r 0 0 0\n",
          "31:drawing.entity 35:drawing.extrusion"},
         {"what an entity has beyond the job", "0 POINT|39 0|0 POINT|39 2.5|420 255|62 5",
-         "point  0 0 0\npoint  0 0 0 color 5\n", "25:drawing.thickness 27:drawing.true-color"},
+         "point  0 0 0\npoint  0 0 0 color 5\n", "23:drawing.thickness 23:drawing.true-color"},
+        {"the same of what is left out", "0 POINT|39 2|420 1|67 1", "", "25:drawing.paper-space"},
         {"a mesh that lists its faces",
          "0 POLYLINE|70 64|0 VERTEX|10 5|70 192|0 VERTEX|10 6|70 192|0 VERTEX|70 128|71 1|0 SEQEND",
          "line  0 5 0 | 0 6 0 | 0 0 0\n", "35:drawing.face-record 19:drawing.mesh"},
-        {"a face of three corners", "0 3DFACE|10 1|20 1|11 2|21 1|12 2|22 2", "face 1 1 0 | 1 2 0 | 2 2 0\n", ""},
+        {"a face of three corners", "0 3DFACE|10 1|20 1|11 2|21 1|12 2|22 2|283 1|1003 X",
+         "face 1 1 0 | 1 2 0 | 2 2 0\n", ""},
         {"a word in a value begins an entity", "0 TEXT|8 Line|10 1|20 2|1 ENDSEC", "line  2 1 0 | 0 0 0\n",
          "19:drawing.entity 21:drawing.word"},
         {"a word as a value of an entity doesn't", "0 POINT|8 LINE|6 ENDSEC|10 1", "point  0 1 0\n",
@@ -126,6 +128,8 @@ TEST_F(DxfImporterTest, UnitsAreTheJobs)
         Read(job, ToText(Make("0 POINT", {}, {}, "9 $INSUNITS|70 " + std::to_string(nUnits) + "|9 $X|70 4")));
         EXPECT_EQ(NoteCodes(), pNotes) << nUnits;
     }
+    Read(degrees, ToText(Make("0 POINT", {}, {}, "9 $INSUNITS|70 2")));
+    EXPECT_EQ(NoteCodes(), "drawing.units") << "X and Y are degrees";
     CIEData miles;
     miles.GetJobInfo()->SetDistUnits(EDIST_UNITS::USMiles);
     EXPECT_EQ(Read(miles, ToText(Make("0 POINT|10 1e308|0 ARC|40 1e308|0 LINE|21 1e307"))), "") << "beyond all numbers";
@@ -150,6 +154,16 @@ TEST_F(DxfImporterTest, Layers)
                                                 black + " Continuous width 1\nLINE no-plot" + black +
                                                 " Continuous width 1\nENDSEC" + black + " Continuous width 1\nLATER" +
                                                 black + " Continuous width 1\n");
+}
+
+TEST_F(DxfImporterTest, WhatLayersLose)
+{
+    CIEData job;
+    Import(job,
+           ToText(Make("0 POINT", {},
+                       "0 LAYER|2 A|70 5|62 1|0 LAYER|2 B|70 0|290 0|0 LAYER|2 C|70 1|290 0|0 LAYER|2 D|70 0|290 1|"
+                       "0 LAYER|2 E|62 red|420 255|0 LAYER|2 F|62 1.5")));
+    EXPECT_EQ(Notes(), "37:drawing.true-color 5:drawing.layer-state 41:drawing.number 49:drawing.number-part");
 }
 
 TEST_F(DxfImporterTest, BlocksAndReferences)
@@ -249,7 +263,9 @@ TEST_F(DxfImporterTest, AttributesBecomeCodes)
          "B:TEXT=5 C:TEXT)\n"},
         {"without a name", attributes({{"CODENAME", ""}, {":ROAD", "1"}, {"", "2"}, {"A::N1", "3"}}), "\n",
          "drawing.code-name"},
-        {"twice", attributes({{"A:T:C", "1"}, {"B:T:C", "2"}, {"a:t:n1", "3"}, {"CODENAME", "T"}, {"CODENAME", "T"}}),
+        {"twice",
+         attributes(
+             {{"A:T:C", "1"}, {"B:T:C", "2"}, {"a:t:n1", "3"}, {"B:T:C", "2"}, {"CODENAME", "T"}, {"CODENAME", "T"}}),
          " T(A:TEXT=3 B:TEXT=2)\n", "drawing.same-attribute"},
         {"invisible", "0 INSERT|2 TREE|0 ATTRIB|60 1|1 X|2 CODENAME|0 ATTRIB|2 CODENAME|1 Y|0 SEQEND", " Y()\n",
          "drawing.invisible"},
@@ -340,6 +356,15 @@ TEST_F(DxfImporterTest, FilesOfOtherShapes)
         {"nothing", "", "result -9\n", "1:drawing.no-section"},
         {"no drawing", "1,2,3\n4,5,6\n", "result -9\n", "3:drawing.no-section"},
         {"only its last word", ToText("0 EOF"), "result -9\n", "1:drawing.no-section"},
+        {"a section of nothing behind the entities", ToText("0 SECTION|2 ENTITIES|0 POINT|0 ENDSEC|0 SECTION"),
+         "result -9\npoint  0 0 0\n", "11:drawing.cut"},
+        {"words in a section that is left out",
+         ToText("0 SECTION|2 OBJECTS|1 SECTION|2 OBJECTS|1 EOF|0 SECTION|2 ENTITIES|0 POINT|0 ENDSEC"), "",
+         "3:drawing.section 5:drawing.word"},
+        {"tables that end in one of line types",
+         ToText("0 SECTION|2 TABLES|0 TABLE|2 LTYPE|0 SECTION|2 BLOCKS|0 ENDSEC|0 SECTION|2 ENTITIES|0 POINT|0 "
+                "ENDSEC|0 EOF"),
+         "point  0 0 0\n", "11:drawing.section"},
         {"a section of nothing", ToText("0 SECTION"), "result -9\n", "3:drawing.no-section"},
         {"a comment in a section's head", ToText("0 SECTION|999 x|2 ENTITIES|0 POINT|0 ENDSEC|0 EOF"), "",
          "3:drawing.section"},

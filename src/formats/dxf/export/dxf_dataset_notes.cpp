@@ -110,9 +110,24 @@ void CDXFNotes::NoteSurfaces(const CIEDataset& dataset, bool bWanted)
             "all else does; only this program reads them back");
 }
 
+/// Whether one of its other corners lies over or under the first, which a reader takes for a face's spare one.
+bool CDXFNotes::IsStanding(const CIESurface& surface, const CIETriangle& triangle) const
+{
+    const CIEStation& first = *surface.GetPositionAt(triangle.GetPosition(0));
+    for (int k = 1; k < CIETriangle::kCorners; ++k) {
+        const CIEStation& corner = *surface.GetPositionAt(triangle.GetPosition(k));
+        const bool bLevel = IsOneNumber(first.GetHeight(), corner.GetHeight(), 0.0, m_eUnits);
+        if (!bLevel && IsOneNumber(first.m_dNorth, corner.m_dNorth, 0.0, m_eUnits) &&
+            IsOneNumber(first.m_dEast, corner.m_dEast, 0.0, m_eUnits))
+            return true;
+    }
+    return false;
+}
+
 int CDXFNotes::NoteTriangles(const CIESurface& surface)
 {
     int nBroken = 0;
+    int nStanding = 0;
     bool bNumbers = true;
     for (int j = 0; const CIETriangle* const pTriangle = surface.GetTriangleAt(j); ++j) {
         bool bWhole = true;
@@ -124,6 +139,7 @@ int CDXFNotes::NoteTriangles(const CIESurface& surface)
                     (!pCorner || ArePlaceNumbers(pCorner->m_dNorth, pCorner->m_dEast, pCorner->GetHeight(), m_eUnits));
         }
         nBroken += !bWhole;
+        nStanding += bWhole && IsStanding(surface, *pTriangle);
         bNumbers = bNumbers && (bNear || !bWhole);
     }
     const CString& strName = surface.GetName();
@@ -132,6 +148,10 @@ int CDXFNotes::NoteTriangles(const CIESurface& surface)
     if (nBroken > 0)
         Add(TIENote::LeftOut, "surface.triangles", strName,
             IEUtils::IntToString(nBroken) + " of its triangles have corners that it has no position for");
+    if (nStanding > 0)
+        Add(TIENote::Changed, "surface.standing", strName,
+            IEUtils::IntToString(nStanding) +
+                " of its triangles have a corner over their first one, which is read back as the first one again");
     if (!bNumbers)
         AddTooLarge("surface.coordinates", strName);
     return surface.GetNumberOfTriangles() - nBroken;

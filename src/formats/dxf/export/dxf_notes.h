@@ -35,6 +35,8 @@ private:
     void NoteName(const CIEObject& object);
     void NoteNumbers(const CIEObject& object);
     void NoteRing(const CIEObject& object);
+    [[nodiscard]] bool IsOneNumber(double dFirst, double dSecond, double dBase, EDIST_UNITS units) const;
+    [[nodiscard]] bool IsStanding(const CIESurface& surface, const CIETriangle& triangle) const;
     [[nodiscard]] bool AreOnePlace(const CIEStation& first, const CIEStation& last) const;
     void NoteDrawing(const CIEObject& object);
     void NoteLayerOf(const CIEObject& object);

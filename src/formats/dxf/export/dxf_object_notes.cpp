@@ -12,7 +12,15 @@ using namespace DXFNoteWords;
 
 namespace {
 
+constexpr std::size_t kLongestEscape = 14; ///< bytes that a character may take
 constexpr std::string_view kDatasetExtras = "JP.DATASETEXTRAS";
+
+/// Whether a tag of a code and an attribute loses its end, either of which may be short enough alone.
+bool IsCut(const CString& strTag)
+{
+    return strTag.size() > TDXFOutput::kLongestText / kLongestEscape &&
+           TDXFOutput::AsRead(strTag).size() < strTag.size();
+}
 
 } // namespace
 
@@ -90,17 +98,20 @@ void CDXFNotes::NoteNumbers(const CIEObject& object)
         AddTooLarge("object.coordinates", object.GetName());
 }
 
-/// Whether the drawing has the same numbers for both.
-bool CDXFNotes::AreOnePlace(const CIEStation& first, const CIEStation& last) const
+/// Whether the drawing has the same number for both, less the base, as it has what is in a block.
+bool CDXFNotes::IsOneNumber(double dFirst, double dSecond, double dBase, EDIST_UNITS units) const
 {
     constexpr double kFarApart = 0.01; // for six decimals in any units
+    if (dFirst == dSecond || m_bBinary || std::fabs(dSecond - dFirst) > kFarApart)
+        return dFirst == dSecond;
+    return IEUtils::DoubleToString(IEUtils::FromMetersFactor(dFirst - dBase, units), TDXFOutput::kDecimals) ==
+           IEUtils::DoubleToString(IEUtils::FromMetersFactor(dSecond - dBase, units), TDXFOutput::kDecimals);
+}
+
+bool CDXFNotes::AreOnePlace(const CIEStation& first, const CIEStation& last) const
+{
     const auto isOne = [this](double dFirst, double dLast, EDIST_UNITS units) {
-        if (dFirst == dLast || m_bBinary || std::fabs(dLast - dFirst) > kFarApart)
-            return dFirst == dLast;
-        // a block holds what lies between them
-        const double dBase = m_bCodes ? dFirst : 0.0;
-        return IEUtils::DoubleToString(IEUtils::FromMetersFactor(dFirst - dBase, units), TDXFOutput::kDecimals) ==
-               IEUtils::DoubleToString(IEUtils::FromMetersFactor(dLast - dBase, units), TDXFOutput::kDecimals);
+        return IsOneNumber(dFirst, dLast, m_bCodes ? dFirst : 0.0, units);
     };
     return isOne(first.m_dNorth, last.m_dNorth, m_ePlaneUnits) && isOne(first.m_dEast, last.m_dEast, m_ePlaneUnits) &&
            isOne(first.GetHeight(), last.GetHeight(), m_eUnits);
@@ -239,6 +250,7 @@ void CDXFNotes::NoteDescription(const CIECodeDescription& description)
     codes.Add(strCode.empty(), "it has no name, and isn't read back");
     codes.Add(description.GetSize() > 0 && TDXFOutput::AsRead(strCode) != strCode,
               "its name is read back as \"" + TDXFOutput::AsRead(strCode) + "\"");
+    codes.Add(IsCut("CODESTRING0:" + strCode), "it is too long for the tag of a code string, and read back otherwise");
     std::unordered_set<CString> names;
     for (int i = 0; const CIEAttrDescription* const pAttribute = description.GetAttrDescriptionAt(i); ++i) {
         const CString& strName = pAttribute->GetName();
@@ -252,6 +264,8 @@ void CDXFNotes::NoteDescription(const CIECodeDescription& description)
         attributes.Add(strTag != strName, strQuoted + "loses its first two characters");
         attributes.Add(strTag.empty(), strQuoted + "isn't read back");
         attributes.Add(TDXFOutput::AsRead(strTag) != strTag, strQuoted + "is read back otherwise");
+        attributes.Add(IsCut(strTag + ":" + strCode + ":" + "N006006"),
+                       strQuoted + "makes a tag that is too long, with its code, and is read back otherwise");
         attributes.Add(!names.insert(strUpper).second, strQuoted + "is read back as the one of that name ahead");
         if (pAttribute->GetType() == CIEAttrDescription::LIST && !m_bListsTold) {
             m_bListsTold = true;

@@ -57,7 +57,7 @@ bool CDXFImporter::Entities()
         bPending = false;
         if (nHeaderGroups < kBlockHeaderGroups && token.m_nCode != 0) {
             if (token.m_nCode == kName)
-                strBlock = m_pRun->m_Text.ToText(token.GetText());
+                strBlock = m_pRun->ToBlockName(token);
             else if (token.m_nCode == kFirstX || token.m_nCode == kFirstY || token.m_nCode == kFirstZ)
                 base[token.m_nCode / kFirstX - 1] = token.m_Value.m_dValue;
             else
@@ -351,7 +351,8 @@ bool CDXFImporter::Surface(TToken& token)
     TRun::TCorner places[kFaceCorners];
     bool bFourth = false;
     const auto take = [&](const TToken& group) {
-        bFourth = bFourth || (group.m_nCode >= kFirstX && group.m_nCode % 10 == kFaceCorners - 1);
+        const int nFirst = group.m_nCode - (kFaceCorners - 1);
+        bFourth = bFourth || nFirst == kFirstX || nFirst == kFirstY || nFirst == kFirstZ;
         m_pRun->TakeCorner(group, entity, places, kNoBase);
     };
     if (!m_pRun->ReadEntity(token, entity, TRun::NoWidths, take))

@@ -9,8 +9,14 @@ constexpr int kName = 2;
 constexpr int kLineType = 6;
 constexpr int kColor = 62;
 constexpr int kFlags = 70;
+constexpr int kPlotted = 290;
 constexpr int kLineWeight = 370;
+constexpr int kTrueColor = 420;
 constexpr int kNotes = 1000;
+
+// flags of a layer
+constexpr int kFrozen = 1;
+constexpr int kFrozenInViews = 2;
 
 constexpr int kVariable = 9; ///< a group of the header that names a variable
 
@@ -54,6 +60,8 @@ bool CDXFImporter::ReadSections(bool& bSection)
             m_pRun->m_eEnd = TRun::Going; // for want of its last word alone nothing is lost
         return false;
     }
+    if (token.m_eToken == TToken::END_OF_FILE || token.m_eToken == TToken::SECTION)
+        m_pRun->CountWord(token);
     if (token.m_eToken == TToken::END_OF_FILE)
         return false;
     if (token.m_eToken != TToken::SECTION) {
@@ -61,7 +69,8 @@ bool CDXFImporter::ReadSections(bool& bSection)
             m_pRun->CountOutside(token);
         return true;
     }
-    m_pRun->m_bPassedOver = false;
+    m_pRun->m_bPassedOver = m_pRun->m_bSectionHead = false;
+    m_pRun->m_bAnySection = m_pRun->m_bAnySection || bSection;
     if (!m_pRun->Next(token)) {
         bSection = m_pRun->m_eEnd == TRun::Stopped;
         return false;
@@ -161,6 +170,8 @@ bool CDXFImporter::TableLayer(TToken& token)
     CString strName, strNotes, strLineType;
     int nColor = 0, nFlags = 1;
     double dWeight = 1;
+    bool bPlotted = true;
+    const CDXFTally::TPlace place = CDXFTally::PlaceOf(*m_pReader);
     while (m_pRun->Next(token) && token.m_nCode != 0) {
         m_pRun->CountValue();
         switch (token.m_nCode) {
@@ -175,6 +186,13 @@ bool CDXFImporter::TableLayer(TToken& token)
             break;
         case kFlags:
             nFlags = token.m_Value.m_nValue;
+            break;
+        case kTrueColor:
+            if (!m_pReader->IsBinary())
+                m_pRun->m_Tally.Count(CDXFTally::TrueColor, place);
+            break;
+        case kPlotted:
+            bPlotted = m_pReader->IsBinary() || token.m_Value.m_nValue != 0;
             break;
         case kLineWeight:
             if (!m_pReader->IsBinary())
@@ -191,10 +209,13 @@ bool CDXFImporter::TableLayer(TToken& token)
         return false;
     if (strName.empty())
         return true;
+    const bool bPlot = nFlags != kFrozen && nFlags != kFrozenInViews;
+    if (bPlot && (!bPlotted || (nFlags & kFrozen) != 0))
+        m_pRun->m_Tally.Count(CDXFTally::LayerState, place);
     auto pLayer = std::make_unique<CIELayer>(std::move(strName));
     pLayer->SetNotes(std::move(strNotes));
     pLayer->SetActiveStatus(nColor >= 0);
-    pLayer->SetPlotStatus(nFlags != 1 && nFlags != 2);
+    pLayer->SetPlotStatus(bPlot);
     auto pProperties = std::make_unique<CIEDrawLineProperties>();
     if (nColor >= 0)
         pProperties->SetColor(m_AutoCADUtils.Convert256ToRGB(nColor));
@@ -210,6 +231,7 @@ bool CDXFImporter::TableLayer(TToken& token)
 bool CDXFImporter::SkipTable(TToken& token)
 {
     while (m_pRun->Next(token)) {
+        m_pRun->LookForSection(token);
         if (token.m_nCode == 0 &&
             (token.m_eToken == TToken::ENDTAB || token.m_eToken == TToken::TABLE || token.m_eToken == TToken::ENDSEC))
             return true;

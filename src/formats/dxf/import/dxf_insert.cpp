@@ -50,7 +50,7 @@ constexpr std::int64_t kPartsOfCode = 4;
 /// Stations and values of an object: what it takes beyond itself.
 std::int64_t CountParts(const CIEObject& object)
 {
-    std::int64_t nParts = object.GetNumberOfStations();
+    std::int64_t nParts = object.GetNumberOfStations() + PartsOf(object.GetName()) - 1;
     for (int i = 0; const CIECodeValues* const pCode = object.GetCode(i); ++i) {
         nParts += kPartsOfCode;
         for (int j = 0; j < pCode->GetNumberOfAttrs(); ++j)
@@ -82,7 +82,7 @@ bool CDXFImporter::Insert(const CString& strBlock, TToken& token)
     const auto take = [&](const TToken& group) {
         switch (group.m_nCode) {
         case kBlockName:
-            reference.m_strName = m_pRun->m_Text.ToText(group.GetText());
+            reference.m_strName = m_pRun->ToBlockName(group);
             break;
         case kEastScale:
             reference.m_dEastScale = m_pRun->Number(group, entity);
@@ -139,7 +139,9 @@ bool CDXFImporter::Insert(const CString& strBlock, TToken& token)
         for (int i = nFirst; i < nEnd; ++i) {
             if (!m_pRun->MayGoOn())
                 return false;
-            if (!m_pRun->CountCopy(entity, reference.m_strName, 0, m_pRun->m_nTargetParts))
+            // what the first of them gets stands in the file itself, but for the gaps
+            const std::int64_t nParts = i == nFirst ? m_pRun->m_nTargetGaps : m_pRun->m_nTargetParts;
+            if (!m_pRun->CountCopy(entity, reference.m_strName, 0, nParts))
                 return false;
             AddAttributesToIEObject(*m_pRun->m_pDataset->GetObjectAt(i), names, values);
         }
@@ -166,15 +168,15 @@ bool CDXFImporter::TRun::AddCopies(const TReference& reference, const TEntity& e
         if (!CountCopy(entity, reference.m_strName, 1, CountParts(pattern)))
             return false;
         auto pCopy = pattern.clone();
-        if (pattern.GetType() == EIEObjectsType::Arc &&
-            std::fabs(reference.m_dNorthScale) != std::fabs(reference.m_dEastScale))
-            m_Tally.Count(CDXFTally::ArcScale, entity.m_Place);
         pCopy->ShiftCoords(reference.m_Place, reference.m_dNorthScale, reference.m_dEastScale,
                            reference.m_dHeightScale);
         if (!IsFinite(*pCopy)) {
             ++nRefused;
             continue;
         }
+        if (pattern.GetType() == EIEObjectsType::Arc &&
+            std::fabs(reference.m_dNorthScale) != std::fabs(reference.m_dEastScale))
+            m_Tally.Count(CDXFTally::ArcScale, entity.m_Place);
         pCopy->SetStateType(strBlock.empty() ? CIEObject::InDrawing : CIEObject::InBlock);
         if (!strBlock.empty()) {
             pCopy->SetName(strBlock);
@@ -229,17 +231,35 @@ void CDXFImporter::AddCodeToDataDictionary(const CStringArray& names, const TTyp
 {
     std::vector<TRun::TTarget>& targets = m_pRun->m_Targets;
     targets.clear();
-    m_pRun->m_nTargetParts = 0;
     for (std::size_t i = 0; i < names.size(); ++i) {
         const TRun::TTarget target = m_pRun->FindTarget(names[i], types[i], values[i]);
-        // the values ahead of this one too, and perhaps a code that the object hasn't had
-        m_pRun->m_nTargetParts += target.m_nAttribute + 1 + PartsOf(values[i]) + kPartsOfCode;
-        if (!target.m_pCode)
+        if (!target.m_pCode) {
             m_pRun->m_Tally.Count(CDXFTally::CodeName, m_pRun->m_ReferencePlace);
-        else if (target.m_nAttribute >= 0 && std::find(targets.begin(), targets.end(), target) != targets.end())
-            m_pRun->m_Tally.Count(CDXFTally::SameAttribute, m_pRun->m_ReferencePlace);
+        } else if (target.m_nAttribute >= 0) {
+            const auto same = std::find(targets.begin(), targets.end(), target);
+            if (same != targets.end() && values[static_cast<std::size_t>(same - targets.begin())] != values[i])
+                m_pRun->m_Tally.Count(CDXFTally::SameAttribute, m_pRun->m_ReferencePlace);
+        }
         targets.push_back(target);
     }
+    m_pRun->CountTargetParts(values);
+}
+
+/// What the values take of each object: themselves, their codes, and empty values ahead of those with a high index.
+void CDXFImporter::TRun::CountTargetParts(const CStringArray& values)
+{
+    std::unordered_map<const CIECodeDescription*, int> valuesOfCodes; // how many each code comes to have
+    m_nTargetParts = m_nTargetGaps = 0;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        m_nTargetParts += PartsOf(values[i]);
+        m_nTargetGaps -= m_Targets[i].m_nAttribute >= 0;
+        int& nValues = valuesOfCodes[m_Targets[i].m_pCode];
+        nValues = std::max(nValues, m_Targets[i].m_nAttribute + 1);
+    }
+    for (const auto& [pCode, nValues] : valuesOfCodes)
+        m_nTargetGaps += nValues;
+    m_nTargetGaps = std::max<std::int64_t>(m_nTargetGaps, 0); // below 0 by values of one attribute
+    m_nTargetParts += m_nTargetGaps + kPartsOfCode * static_cast<std::int64_t>(valuesOfCodes.size());
 }
 
 CDXFImporter::TRun::TTarget CDXFImporter::TRun::FindTarget(std::string_view name, CIEAttrDescription::EType eType,

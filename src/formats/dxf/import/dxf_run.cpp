@@ -1,5 +1,6 @@
 #include "formats/dxf/import/dxf_run.h"
 
+#include "vellumlib/encoding.h"
 #include "vellumlib/utils.h"
 
 #include <algorithm>
@@ -76,6 +77,16 @@ void CDXFImporter::TRun::CountWord(const TToken& token)
         m_Tally.Count(CDXFTally::Word, m_Reader);
 }
 
+void CDXFImporter::TRun::CountExtras(const TEntity& entity)
+{
+    if (entity.m_bDropped || (!entity.m_bThick && !entity.m_bTrueColor) || entity.m_strKind == "ATTRIB")
+        return;
+    if (entity.m_bThick)
+        m_Tally.Count(CDXFTally::Thickness, entity.m_Place);
+    if (entity.m_bTrueColor)
+        m_Tally.Count(CDXFTally::TrueColor, entity.m_Place);
+}
+
 void CDXFImporter::TRun::CountExtrusion(const TEntity& entity)
 {
     if (entity.m_bExtruded && !entity.m_bDropped)
@@ -139,12 +150,10 @@ bool CDXFImporter::TRun::TakeShared(const TToken& token, TEntity& entity, unsign
             m_Tally.Count(token.m_nCode == kInvisible ? CDXFTally::Invisible : CDXFTally::PaperSpace, m_Reader);
         return true;
     case kThickness:
-        if (token.m_Value.m_dValue != 0)
-            m_Tally.Count(CDXFTally::Thickness, m_Reader);
+        entity.m_bThick = token.m_Value.m_dValue != 0;
         return true;
     case kTrueColor:
-        if (!m_Reader.IsBinary())
-            m_Tally.Count(CDXFTally::TrueColor, m_Reader);
+        entity.m_bTrueColor = !m_Reader.IsBinary();
         return true;
     case kLineWeight:
         if (!m_Reader.IsBinary() && token.m_Value.m_nValue > 0)
@@ -239,6 +248,18 @@ void CDXFImporter::TRun::AddObject(std::unique_ptr<CIEObject> pObject, const TEn
     m_pDataset->Add(std::move(pObject));
 }
 
+CString CDXFImporter::TRun::ToBlockName(const TToken& token)
+{
+    constexpr std::size_t kLongestName = 255;
+    CString strName = m_Text.ToText(token.GetText());
+    if (strName.size() <= kLongestName)
+        return strName;
+    m_Tally.Count(CDXFTally::LongName, m_Reader);
+    strName.resize(kLongestName);
+    strName.resize(strName.size() - Encoding::UnfinishedTail(strName));
+    return strName;
+}
+
 void CDXFImporter::TRun::RemoveLast(const CString& strBlock)
 {
     if (!strBlock.empty())
@@ -283,7 +304,7 @@ void CDXFImporter::TRun::TellLosses(bool bSection) const
     };
     if (!m_Data.GetObserver())
         return;
-    m_Tally.Tell(m_Units, [this](const TIENote& note) { Tell(note); });
+    m_Tally.Tell(m_bPlane, m_Units, [this](const TIENote& note) { Tell(note); });
     if (m_Text.GetMended() > 0)
         tell(TIENote::Changed, "drawing.bad-characters", m_Text.GetFirstMended(),
              "bytes or escapes without a meaning became U+FFFD in " + IEUtils::IntToString(m_Text.GetMended()) +
@@ -295,8 +316,8 @@ void CDXFImporter::TRun::TellLosses(bool bSection) const
         tell(TIENote::Refused, "drawing.other-binary", end, "the binary form of this drawing is another one");
     else if (m_eEnd == Broken)
         tell(TIENote::Refused, "drawing.broken", end, "the file is broken from here on");
-    else if (!bSection)
+    else if (!bSection && !m_bAnySection)
         tell(TIENote::Refused, "drawing.no-section", end, "the file has no section of a drawing");
-    else if (m_eEnd == FileEnd)
+    else if (m_eEnd == FileEnd || !bSection)
         tell(TIENote::Changed, "drawing.cut", end, "the file ends within a section, or ahead of its entities");
 }

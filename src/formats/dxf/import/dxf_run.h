@@ -23,6 +23,8 @@ struct CDXFImporter::TEntity {
     bool m_bWidth = false;   ///< it tells a width
     bool m_bDropped = false; ///< invisible or in paper space
     bool m_bExtruded = false;
+    bool m_bThick = false;
+    bool m_bTrueColor = false;
     bool m_bRefused = false; ///< a number that it can't do without isn't finite
 };
 
@@ -91,6 +93,8 @@ struct CDXFImporter::TRun {
                    std::unique_ptr<CIEDrawProperties> pProperties);
     /// Takes the object that was added last out again.
     void RemoveLast(const CString& strBlock);
+    /// Every object of a block has its name, so it may not be long.
+    CString ToBlockName(const TToken& token);
     void EnterBlock(const CString& strBlock) { m_BlockObjects[strBlock].push_back(CountObjects()); }
     [[nodiscard]] int CountObjects() const { return m_pDataset->GetNumberOfElements(-1, 2, false, false); }
     /// Counts towards the copies that block references may make; `nParts` are stations and values of attributes. False
@@ -101,6 +105,7 @@ struct CDXFImporter::TRun {
     // ---- codes
 
     TTarget FindTarget(std::string_view name, CIEAttrDescription::EType eType, const CString& strValue);
+    void CountTargetParts(const CStringArray& values);
     int TakeAttribute(CIECodeDescription& code, std::string_view attribute, CIEAttrDescription::EType eType);
 
     // ---- notes
@@ -125,6 +130,8 @@ struct CDXFImporter::TRun {
     void CountNumber();
     /// That, and a value that was cut.
     void CountValue();
+    /// What an entity has that no object of the job has. An attribute isn't one.
+    void CountExtras(const TEntity& entity);
     /// Of an entity that tells its coordinates in a plane of its own.
     void CountExtrusion(const TEntity& entity);
     void Tell(TIENote note) const;
@@ -148,7 +155,8 @@ struct CDXFImporter::TRun {
     std::int64_t m_nCopies = 0;
     CString m_strFileCode;           ///< of attributes that name no code
     std::vector<TTarget> m_Targets;  ///< of the reference that is being read
-    std::int64_t m_nTargetParts = 0; ///< values that its attributes add to each object
+    std::int64_t m_nTargetParts = 0; ///< what its attributes add to each object, by the memory it takes
+    std::int64_t m_nTargetGaps = 0;  ///< of that, what isn't in the file: empty values ahead of those that are
     /// Attributes of codes that have too many to look through.
     std::unordered_map<const CIECodeDescription*, TByName<int>> m_ManyAttributes;
     CString m_strScratch;
@@ -156,6 +164,7 @@ struct CDXFImporter::TRun {
     CDXFTally::TPlace m_ReferencePlace; ///< of the reference that is being read
     bool m_bDroppedReference = false;   ///< what was read last is a block reference that was left out
     bool m_bMovedBlock = false;         ///< the block that is being read has a base point that isn't 0
+    bool m_bAnySection = false;         ///< a section has begun
     bool m_bPassedOver = false;         ///< within a section that is left out
     bool m_bSectionHead = false;        ///< of a section that is swallowed, the name is to come
 };
@@ -189,8 +198,10 @@ template <class TTake>
 bool CDXFImporter::TRun::ReadEntity(TToken& token, TEntity& entity, unsigned nWidths, TTake take)
 {
     while (Next(token)) {
-        if (token.m_nCode == 0)
+        if (token.m_nCode == 0) {
+            CountExtras(entity);
             return true;
+        }
         if (entity.m_bDropped)
             continue;
         CountValue();

@@ -43,6 +43,8 @@ constexpr TLossWords kWords[CDXFTally::kLosses] = {
      " faces are part of a block; they lie in the job as the block has them, and references don't copy them"},
     {TIENote::Changed, "drawing.no-vertex", " polylines have no vertex"},
     {TIENote::LeftOut, "drawing.no-layer", " objects are on layers that the drawing doesn't describe, and have none"},
+    {TIENote::Changed, "drawing.layer-state",
+     " layers are frozen, or aren't to be plotted, in a way that doesn't come in"},
     {TIENote::Changed, "drawing.word",
      " values that are words of the form began an entity or ended a part of the drawing"},
     {TIENote::Changed, "drawing.number", " values aren't numbers and were read as 0"},
@@ -50,6 +52,7 @@ constexpr TLossWords kWords[CDXFTally::kLosses] = {
     {TIENote::Changed, "drawing.not-finite",
      " values aren't finite; they were read as 0 where the object could do without them"},
     {TIENote::Changed, "drawing.long-value", " values have more than 2049 bytes; their start was read"},
+    {TIENote::Changed, "drawing.long-name", " names of blocks have more than 255 bytes; their start was read"},
     {TIENote::Changed, "drawing.code-page", " names of code pages aren't known; the one of the settings was taken"},
     {TIENote::LeftOut, "drawing.code-name", " attributes are of a code without a name, or have no name themselves"},
     {TIENote::LeftOut, "drawing.attributes", " attributes are beyond the most that a block reference can have"},
@@ -72,8 +75,19 @@ constexpr TUnits kDrawingUnits[] = {
     {5, "centimetres"},
     {6, "metres", EDIST_UNITS::Meters},
     {7, "kilometres"},
+    {8, "microinches"},
+    {9, "mils"},
     {10, "yards"},
+    {11, "angstroms"},
+    {12, "nanometres"},
+    {13, "microns"},
     {14, "decimetres"},
+    {15, "decametres"},
+    {16, "hectometres"},
+    {17, "gigametres"},
+    {18, "astronomical units"},
+    {19, "light years"},
+    {20, "parsecs"},
     {21, "US survey feet", EDIST_UNITS::USSurveyFeet},
     {22, "US survey inches", EDIST_UNITS::USInches},
     {23, "US survey yards"},
@@ -143,20 +157,21 @@ void CDXFTally::SetUnits(int nUnits, const CDXFReader& reader)
 }
 
 /// Many programs write units that nobody has chosen, so those in which the drawing is read are the ones that count.
-void CDXFTally::TellUnits(EDIST_UNITS eUnits, const TTell& tell) const
+void CDXFTally::TellUnits(bool bPlane, EDIST_UNITS eUnits, const TTell& tell) const
 {
     const auto* const pUnits = std::find_if(std::begin(kDrawingUnits), std::end(kDrawingUnits),
                                             [this](const TUnits& units) { return units.m_nNumber == m_nUnits; });
-    if (pUnits == std::end(kDrawingUnits) || eUnits == pUnits->m_eUnits || eUnits == pUnits->m_eAlso)
+    if (pUnits == std::end(kDrawingUnits) || (bPlane && (eUnits == pUnits->m_eUnits || eUnits == pUnits->m_eAlso)))
         return;
     tell(MakeNote(TIENote::Changed, "drawing.units", m_UnitsPlace,
                   CString("the drawing says that its units are ") + pUnits->m_pName +
-                      "; its numbers were read in the job's units, which are others"));
+                      (bPlane ? "; its numbers were read in the job's units, which are others"
+                              : "; X and Y were read as degrees")));
 }
 
-void CDXFTally::Tell(EDIST_UNITS eUnits, const TTell& tell) const
+void CDXFTally::Tell(bool bPlane, EDIST_UNITS eUnits, const TTell& tell) const
 {
-    TellUnits(eUnits, tell);
+    TellUnits(bPlane, eUnits, tell);
     TellByName(m_Entities, "drawing.entity", " entities were left out", tell);
     TellByName(m_Sections, "drawing.section", " sections were left out", tell);
     for (std::size_t i = 0; i < m_Losses.size(); ++i) {

@@ -33,11 +33,13 @@ public:
         BlockFace,
         NoVertex,
         NoLayer,
+        LayerState,
         Word,
         Number,
         NumberInPart,
         NotFinite,
         LongValue,
+        LongName,
         CodePage,
         CodeName,
         Attribute,
@@ -66,7 +68,7 @@ public:
     using TTell = std::function<void(const TIENote& note)>;
     /// A note for each kind, with its number, and one if the drawing's units aren't those in which it was read. The
     /// file's name is for the caller to fill in.
-    void Tell(EDIST_UNITS eUnits, const TTell& tell) const;
+    void Tell(bool bPlane, EDIST_UNITS eUnits, const TTell& tell) const;
 
 private:
     struct TCount {
@@ -82,7 +84,7 @@ private:
     static void CountByName(TCounts& counts, std::string_view name, const CDXFReader& reader);
     static void TellByName(const TCounts& counts, const char* pCode, const char* pWhat, const TTell& tell);
 
-    void TellUnits(EDIST_UNITS eUnits, const TTell& tell) const;
+    void TellUnits(bool bPlane, EDIST_UNITS eUnits, const TTell& tell) const;
 
     int m_nUnits = 0; ///< 0 if the header tells none
     TPlace m_UnitsPlace;
