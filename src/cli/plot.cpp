@@ -1,6 +1,6 @@
 #include "cli/commands.h"
-#include "cli/content.h"
 #include "cli/input.h"
+#include "cli/plot/legend.h"
 #include "cli/plot/picture.h"
 #include "cli/stop.h"
 #include "platform/file.h"
@@ -134,7 +134,7 @@ EExit Plot(const TPlotArguments& arguments)
     for (const std::string& remark : picture.m_Remarks)
         messages.Say(fmt::format("{}: {}", arguments.m_strOut, remark));
     messages.Say(
-        fmt::format("{}: a picture of {}, read as {}", arguments.m_strOut, DescribeContent(job), form.Describe()));
+        fmt::format("{}: a picture of {}, read as {}", arguments.m_strOut, DescribeDrawn(scene), form.Describe()));
     return eRead;
 }
 

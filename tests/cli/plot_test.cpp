@@ -1,7 +1,9 @@
+#include "cli/plot/clip.h"
 #include "cli/plot/lines.h"
 #include "cli/plot/picture.h"
 #include "cli/plot/points.h"
 #include "cli/plot/road.h"
+#include "cli/plot/thinning.h"
 #include "vellumlib/utils.h"
 
 #include <cmath>
@@ -299,6 +301,45 @@ TEST(PlotScene, TakesInAllOfAnArc)
     }
 }
 
+TEST(PlotClip, LeavesWhatLiesInTheWindow)
+{
+    using testing::ElementsAre;
+    const TExtent window{{0, 0}, {10, 10}};
+    const auto row = [&](const std::vector<TPlace>& places) { return ClipRow(window, places); };
+    EXPECT_THAT(row({{5, -5}, {5, 5}, {15, 5}, {15, 8}, {2, 8}}),
+                ElementsAre(ElementsAre(IsAt(5, 0), IsAt(5, 5), IsAt(10, 5)), ElementsAre(IsAt(10, 8), IsAt(2, 8))));
+    EXPECT_THAT(row({{-5, 5}, {20, 5}}), ElementsAre(ElementsAre(IsAt(0, 5), IsAt(10, 5))));
+    EXPECT_THAT(row({{5, 5}, {1e12, 1e12}}), ElementsAre(ElementsAre(IsAt(5, 5), IsAt(10, 10))));
+    EXPECT_THAT(row({{10, 10}}), testing::SizeIs(1)); // on the rim
+    EXPECT_THAT(row({{10.001, 10}}), testing::IsEmpty());
+    EXPECT_THAT(row({{-1, 5}, {5, -1.5}}), ElementsAre(ElementsAre(IsAt(0, 3.9167), IsAt(3.6154, 0))));
+    EXPECT_THAT(row({{-4, 3}, {3, -4}}), testing::IsEmpty()); // around a corner
+
+    EXPECT_THAT(ClipArea(window, {{-5, -5}, {-5, 50}, {50, 50}, {50, -5}}), testing::SizeIs(4)); // all around it
+    EXPECT_THAT(ClipArea(window, {{2, 2}, {2, 20}, {4, 20}, {4, 2}}),
+                ElementsAre(IsAt(2, 2), IsAt(2, 10), IsAt(4, 10), IsAt(4, 2)));
+    EXPECT_THAT(ClipArea(window, {{-5, 3}, {-5, 5}, {-1, 4}}), testing::IsEmpty());
+    EXPECT_THAT(ClipArea(window, {}), testing::IsEmpty());
+}
+
+TEST(PlotThinning, TheRareGiveNothing)
+{
+    struct TRow {
+        std::vector<std::size_t> m_Needs;
+        std::size_t m_nWhole, m_nLeft;
+    };
+    const TRow rows[] = {{{60, 0, 40}, 2, 0},     {{90, 1, 30}, 2, 69}, {{50, 51}, 1, 50}, {{1000, 1000}, 0, 100},
+                         {{10, 1000, 20}, 2, 70}, {{}, 0, 100},         {{101}, 0, 100}};
+    for (const TRow& row : rows) {
+        const TShares shares = ShareOut(row.m_Needs, 100);
+        EXPECT_EQ(shares.m_nWhole, row.m_nWhole);
+        EXPECT_EQ(shares.m_nLeft, row.m_nLeft);
+    }
+    const TShares shares = ShareOut(std::vector<std::size_t>(1000, 7), 100); // more than there is room for
+    EXPECT_EQ(shares.m_Order.size(), 100U);
+    EXPECT_EQ(shares.m_nWhole, 0U);
+}
+
 TEST(PlotLines, AreDrawnToHalfAPixel)
 {
     TScene scene;
@@ -310,7 +351,7 @@ TEST(PlotLines, AreDrawnToHalfAPixel)
     const TExtent extent{{0, 0}, {100, 100}};
     const CView view(extent, kSheet, false);
     const TLinePaths paths = DrawLines(scene, view);
-    EXPECT_EQ(paths.m_nMerged, 0);
+    EXPECT_EQ(paths.m_dMerged, 0);
     EXPECT_LT(paths.m_Paths[0].size(), 100000U);
     EXPECT_THAT(paths.m_Paths[0], testing::StartsWith("M25 500l"));
     EXPECT_EQ(std::count(paths.m_Paths[0].begin(), paths.m_Paths[0].end(), 'M'), 1);
@@ -339,12 +380,38 @@ TEST(PlotLines, HaveAnEndHoweverManyThereAre)
     dataset.Add(std::move(pSurface));
     const TScene scene = MakeScene(job, {});
     const CView view(*scene.m_Extent, kSheet, false);
+    const TBox point{500, 500, 500, 500}; // of a sheet: a thin window may leave no more
+    EXPECT_LE(DrawLines(scene, CView(*scene.m_Extent, point, false)).m_Paths[0].size(), 2500000U);
     for (const TLinePaths& paths : {DrawLines(scene, view), DrawSurfaces(scene, view)}) {
-        EXPECT_GT(paths.m_nMerged, 0);
+        EXPECT_GT(paths.m_dMerged, 0);
         EXPECT_LE(paths.m_nDrawn, kMostStraights);
         EXPECT_GT(paths.m_Paths[0].size(), 1000U);
         EXPECT_LT(paths.m_Paths[0].size(), 2500000U);
     }
+}
+
+TEST(PlotLines, ASurfaceIsAsFineAsItMayBe)
+{
+    constexpr int kRows = 300;
+    CIEData job;
+    auto pSurface = std::make_unique<CIESurface>();
+    for (int i = 0; i < kRows * kRows; ++i) {
+        pSurface->AddPosition({static_cast<double>(i / kRows), static_cast<double>(i % kRows), 0});
+        for (const auto& [nSecond, nThird] : {std::pair{i + 1, i + kRows}, {i - 1, i - kRows}}) {
+            CIETriangle triangle;
+            triangle.SetPosition(0, i);
+            triangle.SetPosition(1, i % kRows == (nSecond > i ? kRows - 1 : 0) ? -1 : nSecond);
+            triangle.SetPosition(2, nThird);
+            pSurface->AddTriangle(triangle);
+        }
+    }
+    job.GetCurDataset(true)->Add(std::move(pSurface));
+    const TScene scene = MakeScene(job, {});
+    EXPECT_EQ(scene.m_Edges.size(), 268801U);
+    const TLinePaths paths = DrawSurfaces(scene, CView(*scene.m_Extent, kSheet, false));
+    EXPECT_GT(paths.m_dMerged, 0.0);
+    EXPECT_LE(paths.m_nDrawn, kMostStraights);
+    EXPECT_GT(paths.m_nDrawn, kMostStraights / 3 * 2);
 }
 
 } // namespace

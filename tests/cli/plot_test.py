@@ -43,6 +43,21 @@ class Picture:
         return [(float(x), float(y)) for path in self.group("points").iter(f"{SVG}path")
                 for x, y in re.findall(rf"M({NUMBER}) ({NUMBER})h0", path.get("d"))]
 
+    def samples(self):
+        """Colours of the legend's samples from top to bottom."""
+        return [element.get("stroke") for element in self.group("legend") if element.tag != f"{SVG}text"]
+
+    def label_boxes(self):
+        """Where the labels are, with letters narrower than any font has them, and their classes."""
+        boxes = []
+        for text in self.group("labels").iter(f"{SVG}text"):
+            size = 8 if text.get("class").startswith("code") else 10
+            width = len(text.text) * size * 0.55
+            left = float(text.get("x")) - {None: 0, "middle": width / 2, "end": width}[text.get("text-anchor")]
+            base = float(text.get("y"))
+            boxes.append(((left, base - 0.7 * size, left + width, base), text.get("class")))
+        return boxes
+
     def foot(self):
         notes = [element.text for element in self.root.findall(f"{SVG}text[@class='note']")]
         return notes[-1] if notes else ""
@@ -55,6 +70,13 @@ def places(path):
     for i in range(2, len(numbers), 2):
         found.append((found[-1][0] + numbers[i], found[-1][1] + numbers[i + 1]))
     return found
+
+
+def distance(place, start, end):
+    """Of a place from a straight."""
+    along = ((place[0] - start[0]) * (end[0] - start[0]) + (place[1] - start[1]) * (end[1] - start[1])) / (math.dist(start, end) ** 2 or 1)
+    share = min(max(along, 0), 1)
+    return math.dist(place, (start[0] + share * (end[0] - start[0]), start[1] + share * (end[1] - start[1])))
 
 
 class Plot(ProgramTest):
@@ -104,7 +126,8 @@ class Plot(ProgramTest):
 
     def test_an_arc_runs_from_east_towards_north(self):
         frame = [point("", 0, 0), point("", 100, 100)]
-        for start, end, first, last in ((0, 90, (0, 10), (10, 0)), (270, 45, (-10, 0), (7.0711, 7.0711)), (90, 0, (10, 0), (0, 10))):
+        for start, end, first, last in ((0, 90, (0, 10), (10, 0)), (270, 45, (-10, 0), (7.0711, 7.0711)), (90, 0, (10, 0), (0, 10)),
+                                        (90, 90, (10, 0), (10, 0))):
             with self.subTest(start=start):
                 arc = {"arc": "", "north": 50, "east": 50, "radius": 10, "startAngle": start, "endAngle": end}
                 picture = self.plot_job([*frame, arc])
@@ -115,7 +138,7 @@ class Plot(ProgramTest):
                     self.assertAlmostEqual(place[0], west + (50 + right) * scale, delta=0.2)
                     self.assertAlmostEqual(place[1], south - (50 + up) * scale, delta=0.2)
                 length = sum(math.dist(a, b) for a, b in zip(row, row[1:]))
-                self.assertAlmostEqual(length, math.radians((end - start) % 360) * 10 * scale, delta=1)
+                self.assertAlmostEqual(length, math.radians(round(end - start, 6) % 360 or 360) * 10 * scale, delta=1)
 
     def test_hostile_names_stay_text(self):
         nasty = "</text><script>alert('1')</script>&\"\u0007\u001b[31m\ufffe"
@@ -146,7 +169,7 @@ class Plot(ProgramTest):
         drawn = {name: [tuple(path.get(key) for key in ("stroke", "stroke-dasharray", "stroke-width")) for path in paths]
                  for name, paths in picture.layers("lines").items()}
         self.assertEqual(drawn, {"White": [("#202020", None, None)],
-                                 "Red": [("#cc0000", "6 4", "3"), ("#0000cc", "6 4", "3"), ("#00cc00", None, "3")],
+                                 "Red": [("#cc0000", "18 12", "3"), ("#0000cc", "18 12", "3"), ("#00cc00", None, "3")],
                                  "(no layer)": [("#b5b500", None, None), ("#404040", None, None)]})
         self.assertEqual([path.get("fill-opacity") for path in picture.layers("lines")["(no layer)"]], ["0.4", "0.07"])
         self.assertEqual(picture.texts("legend"), ["Layers", "White", "1 line", "Red", "3 lines, 1 composite", "Off", "off: 1 line",
@@ -170,15 +193,96 @@ class Plot(ProgramTest):
             self.assertEqual(windings, [windings[0]] * 3)
 
     def test_layers_that_are_asked_for(self):
-        layers = [{"name": "A"}, {"name": "B,C", "active": False}, {"name": "D"}]
-        objects = [point("a", 0, 0, layer="A"), point("b", 1, 1, layer="B,C"), point("d", 2, 2, layer="D"), point("n", 3, 3)]
+        layers = [{"name": "A"}, {"name": "B,C", "active": False}, {"name": "D", "plot": False}, {"name": " E"}]
+        objects = [point("a", 0, 0, layer="A"), point("b", 1, 1, layer="B,C"), point("d", 2, 2, layer="D"), point("n", 3, 3),
+                   point("e", 4, 4, layer=" E")]
         for asked, shown in ((("A",), "a"), (("A,D",), "ad"), (("B,C", ), "b"), (("D", "--layers", "B,C"), "bd"), (("A,(no layer)",), "an")):
             with self.subTest(asked):
                 picture = self.plot_job(objects, "--layers", *asked, layers=layers)
                 self.assertEqual(sorted(picture.texts("labels")), list(shown))
+        picture = self.plot("in.job.json", "--layers", "A,D")
+        self.assertEqual(picture.texts("legend"), ["Layers", "A", "1 point", "B,C", "not asked for: 1 point", "D", "1 point; not plotted",
+                                                   " E", "not asked for: 1 point", "(no layer)", "not asked for: 1 point"])
+        self.assertEqual(picture.root.findtext(f"{SVG}text[@class='subtitle']"), "D: 2 points")
+        self.assertIn("a picture of 2 points, read as job", self.said)
         os.remove(self.path("out.svg"))
-        said = self.check_failure(USAGE, "plot", "in.job.json", "-o", "out.svg", "--layers", "A,E").err
-        self.assertIn('there is no layer "E"; there are A, B,C, D and (no layer)', said)
+        said = self.check_failure(USAGE, "plot", "in.job.json", "-o", "out.svg", "--layers", "A,F").err
+        self.assertIn('there is no layer "F"; there are A, B,C, D,  E and (no layer)', said)
+
+    def test_the_legend_shows_how_most_of_a_layer_looks(self):
+        def draw(kind, color, **more):
+            return {"draw": {"kind": kind, "color": color, **more}}
+        layers = [{"name": "Own", **draw("line", "#cc0000")}, {"name": "Both", **draw("line", "#cc0000")},
+                  {"name": "Unused", **draw("line", "#cc0000")}, {"name": "None"}, {"name": "Off", "active": False, **draw("line", "#cc0000")}]
+        green, blue, dashed = draw("line", "#00cc00"), draw("point", "#0000cc"), draw("line", "#00cc00", dash="dotted", width=4)
+        objects = [line([0, 0], [9, 9], layer="Own", **green), *[line([0, i], [9, i], layer="Own") for i in range(2)],
+                   *[line([0, 0], [9, 9], layer="Both", **green) for _ in range(2)], line([0, 1], [9, 1], layer="Both"),
+                   line([0, 0], [9, 9], layer="Unused", **dashed), point("", 1, 1, layer="None", **green),
+                   *[point("", i, 5, layer="None", **blue) for i in range(2)], point("", 1, 1, layer="Off")]
+        picture = self.plot_job(objects, layers=layers)
+        self.assertEqual(picture.samples(), ["#cc0000", "#cc0000", "#00cc00", "#00cc00", "#0000cc", "#cc0000"])
+        unused = picture.group("legend").findall(f"{SVG}path")[3]
+        self.assertEqual([unused.get(key) for key in ("stroke-width", "stroke-dasharray")], ["4", "4 12"])
+        self.assertEqual(picture.layers("lines")["Unused"][0].get("stroke-dasharray"), "4 12")
+
+    def test_the_legend_has_as_many_rows_as_the_sheet_has_room_for(self):
+        objects = [point("", i, i, layer=f"L{i}") for i in range(320)]
+        for height, rows in ((900, 26), (2000, 67), (10000, 300)):
+            texts = self.plot_job(objects, "--size", f"400x{height}").texts("legend")
+            self.assertEqual(texts.count("1 point"), rows)
+            self.assertEqual(texts[-1], f"and {320 - rows} more")
+
+    def test_what_is_rare_is_not_hidden_by_what_is_dense(self):
+        random.seed(5)
+        def place(scale=500):
+            return [round(random.uniform(0, scale), 2), round(random.uniform(0, scale), 2)]
+        ring = [[100, 100], [120, 400], [390, 410], [410, 90]]
+        layers = [{"name": "rare", "draw": {"kind": "line", "color": "#ff0000", "width": 2}}, {"name": "one"}, {"name": "two"}]
+        objects = [line(*(place() for _ in range(4)), layer=name) for name in ("one", "two") for _ in range(25000)]
+        picture = self.plot_job([*objects, {"polygon": "", "stations": ring, "layer": "rare"}, line([0, 0], [500, 500], layer="rare")], layers=layers)
+        drawn = picture.layers("lines")
+        self.assertEqual(list(drawn)[-1], "rare")
+        self.assertEqual([path.get("d").count("M") for path in drawn["rare"]], [1, 1])
+        corners = places(next(path for path in drawn["rare"] if path.get("d").endswith("z")))
+        self.assertEqual(len(corners), 4)
+        sizes = [sum(len(path.get("d")) for path in drawn[name]) for name in ("one", "two")]
+        self.assertGreater(min(sizes), 0.5 * max(sizes))
+        self.assertLess(picture.size, 2000000)
+
+        objects = [point(f"s{i}", *place(), layer="one") for i in range(60000)]
+        control = [point(f"CP{i}", 50 + 40 * i, 50 + 40 * i, layer="rare", codes=[{"name": "CTL"}]) for i in range(10)]
+        picture = self.plot_job(objects + control, layers=layers)
+        drawn = picture.layers("points")
+        self.assertEqual(list(drawn), ["one", "rare"])
+        self.assertEqual(drawn["rare"][0].get("d").count("h0"), 10)
+        self.assertGreater(drawn["one"][0].get("d").count("h0"), 20000 / 1.2 ** 2 * 0.9)
+        self.assertLessEqual(float(drawn["one"][0].get("stroke-width")), 3)
+        texts = picture.texts("labels")
+        self.assertEqual([text for text in texts if text.startswith("C")], [f"CP{i}" for i in range(10)] + ["CTL"] * 10)
+        inside = [box for box, kind in picture.label_boxes() if "over" in kind]
+        self.assertGreater(len(inside), 30)
+        self.assertIsNotNone(re.search(r"\.over\{stroke-width:[34]px\}", picture.text))
+
+    def test_lines_keep_their_course(self):
+        random.seed(6)
+        frame = [point("", 0, 0), point("", 1000, 1000)]
+        contours = [line(*([5 * k + 6 * math.sin(i / 40 + k / 30), i * 1000 / 900] for i in range(900))) for k in range(200)]
+        picture = self.plot_job(frame + contours)
+        path, = picture.layers("lines")["(no layer)"]
+        self.assertEqual((path.get("d").count("M"), picture.foot()), (200, ""))
+        self.assertLess(picture.size, 100000)
+        row, north, east = [], 500, 500
+        for i in range(700):
+            north, east = north + random.gauss(0, 3), east + random.gauss(1 if i < 350 else -1, 3)
+            row.append([north, east] if i % 50 else [north, 1000])  # now and then far off and back
+        picture = self.plot_job([*frame, line(*row)])
+        (west, south), (right, _) = picture.marks()
+        scale = (right - west) / 1000
+        drawn = places(picture.layers("lines")["(no layer)"][0])
+        self.assertLess(len(drawn), 700)
+        for north, east in row:
+            at = (west + east * scale, south - north * scale)
+            self.assertLess(min(distance(at, a, b) for a, b in zip(drawn, drawn[1:])), 0.3)
 
     def test_parts_are_drawn_with_their_own_layer(self):
         layers = [{"name": "On"}, {"name": "Off", "active": False}]
@@ -189,7 +293,8 @@ class Plot(ProgramTest):
                 composite = {"composite": "", "parts": parts} | ({"layer": whole} if whole else {})
                 picture = self.plot_job([composite], *asked, layers=layers)
                 self.assertEqual(sorted(picture.texts("labels")), shown)
-        self.assertEqual(picture.texts("legend"), ["Layers", "On", "1 part", "Off", "off: 1 part", "(no layer)", "off: 1 composite"])
+        self.assertEqual(picture.texts("legend"), ["Layers", "On", "1 part", "Off", "not asked for: 1 part",
+                                                   "(no layer)", "not asked for: 1 composite"])
 
     def test_surfaces_and_alignments(self):
         positions = [[0, 0], [0, 100], [80, 50], [160, 50], [1, 1e300]]
@@ -228,18 +333,20 @@ class Plot(ProgramTest):
 
     def test_labels_do_not_collide(self):
         random.seed(3)
-        objects = [point(f"P{i}", random.random() * 100, random.random() * 100) for i in range(2000)]
-        picture = self.plot_job(objects)
-        boxes = []
-        for text in picture.group("labels").iter(f"{SVG}text"):
-            width = len(text.text) * 5.5
-            left = float(text.get("x")) - {None: 0, "middle": width / 2, "end": width}[text.get("text-anchor")]
-            boxes.append((left, float(text.get("y")), left + width))
-        for i, (left, base, right) in enumerate(boxes):
-            for other_left, other_base, other_right in boxes[:i]:
-                self.assertTrue(right <= other_left or other_right <= left or abs(base - other_base) >= 8)
-        self.assertGreater(len(boxes), 100)
-        self.assertEqual(picture.foot(), f"labels: {len(boxes):,} of 2,000 shown")
+        for count, least in ((300, 100), (5000, 50)):
+            objects = [point(f"P{i}", random.random() * 100, random.random() * 100, codes=[{"name": "C"}]) for i in range(count)]
+            picture = self.plot_job(objects)
+            radius = float(picture.group("points").find(f".//{SVG}path").get("stroke-width")) / 2
+            boxes, marks = picture.label_boxes(), picture.marks()
+            for i, ((left, top, right, bottom), kind) in enumerate(boxes):
+                for (other_left, other_top, other_right, other_bottom), _ in boxes[:i]:
+                    self.assertTrue(right <= other_left or other_right <= left or bottom <= other_top or other_bottom <= top)
+                covered = [1 for x, y in marks if left - radius < x < right + radius and top - radius < y < bottom + radius]
+                self.assertEqual(covered if kind in ("name", "code") else [], [])
+            names, over = (sum(kind == wanted for _, kind in boxes) for wanted in ("name", "name over"))
+            self.assertGreater(names, least)
+            self.assertEqual(over > 0, count > 1500)  # the last resort
+            self.assertIn(f"labels: {names + over:,} of {count:,} shown", picture.foot())
         self.assertEqual(self.plot_job(objects, "--no-labels").texts("labels"), [])
 
     def test_a_code_that_says_nothing_of_the_point_is_no_label(self):
@@ -277,7 +384,7 @@ class Plot(ProgramTest):
         self.assertLess(picture.size, 3000000)
         self.assertLess(len(list(picture.root.iter())), 10000)
         self.assertIn("and 99,974 more", picture.texts("legend"))
-        self.assertRegex(picture.foot(), r"lines: [\d,]+ of 100,000 shown; what lies within \d+ pixels? is merged$")
+        self.assertRegex(picture.foot(), r"lines: [\d,]+ of 100,000 shown; lines of a kind within [\d.]+ pixels? are merged$")
 
     def test_extents_of_every_size(self):
         for name, coordinates in {"one": [(5402328.2, 468277.6)], "same": [(7, 7)] * 3, "huge": [(1e10, -1e10), (-1e10, 1e10)],

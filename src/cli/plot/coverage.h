@@ -22,6 +22,7 @@ public:
     {
     }
 
+    void Clear() { m_Taken.assign(m_Taken.size(), false); }
     [[nodiscard]] std::size_t GetNumberOfCells() const { return m_Taken.size(); }
     [[nodiscard]] std::size_t GetCell(const TPixel& pixel) const
     {

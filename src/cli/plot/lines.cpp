@@ -1,6 +1,7 @@
 #include "cli/plot/lines.h"
 
-#include "cli/plot/coverage.h"
+#include "cli/plot/path.h"
+#include "cli/plot/thinning.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,151 +10,6 @@
 namespace {
 
 using namespace Cli;
-
-/// A place of the sheet in tenths of a pixel, so that relative steps add up to where they should.
-struct TTenths {
-    int m_nX = 0;
-    int m_nY = 0;
-
-    bool operator==(const TTenths&) const = default;
-};
-
-constexpr double kTenth = 10.0;
-
-TTenths ToTenths(const TPixel& pixel)
-{
-    return {static_cast<int>(std::lround(pixel.m_dX * kTenth)), static_cast<int>(std::lround(pixel.m_dY * kTenth))};
-}
-
-TPixel ToPixel(const TTenths& place)
-{
-    return {place.m_nX / kTenth, place.m_nY / kTenth};
-}
-
-void AppendTenths(std::string& out, int nTenths, bool bFirst)
-{
-    if (nTenths < 0)
-        out += '-';
-    else if (!bFirst)
-        out += ' ';
-    const int nSize = std::abs(nTenths);
-    out += std::to_string(nSize / 10);
-    if (nSize % 10 != 0)
-        out.append({'.', static_cast<char>('0' + nSize % 10)});
-}
-
-/// Draws rows of places, one after the other.
-class CPathMaker {
-public:
-    /// `nMerge` is the number of pixels within which straights are merged; 0 draws all of them.
-    CPathMaker(const CView& view, std::size_t nPaths, int nMerge)
-        : m_View(view),
-          m_Coverage(view.GetBox(), std::max(nMerge, 1)),
-          m_nMerge(nMerge),
-          m_nTolerance(nMerge == 0 ? 5 : nMerge * 10)
-    {
-        m_Result.m_Paths.resize(nPaths);
-        m_Result.m_nMerged = nMerge;
-    }
-
-    void Begin(int nPath)
-    {
-        m_pPath = &m_Result.m_Paths[static_cast<std::size_t>(nPath)];
-        m_bBegun = m_bPending = m_bMoved = m_bPen = m_bDrawn = false;
-    }
-    void To(const TPlace& place);
-    void End(bool bClose);
-
-    [[nodiscard]] bool IsTooMuch() const { return m_nStraights > kMostStraights; }
-    TLinePaths Take() { return std::move(m_Result); }
-
-private:
-    void Straight(const TTenths& to);
-    void Dot();
-
-    const CView& m_View;
-    CCoverage m_Coverage;
-    TLinePaths m_Result;
-    std::string* m_pPath = nullptr;
-    std::size_t m_nStraights = 0;
-    int m_nMerge;
-    int m_nTolerance; ///< tenths of a pixel; a place that is nearer to the last one is passed over
-    TTenths m_First;
-    TTenths m_Last;
-    TTenths m_Pending; ///< the last place that was passed over
-    bool m_bBegun = false;
-    bool m_bPending = false;
-    bool m_bMoved = false; ///< the row is longer than the tolerance
-    bool m_bPen = false;   ///< the path's last place is m_Last
-    bool m_bDrawn = false;
-};
-
-void CPathMaker::To(const TPlace& place)
-{
-    const TTenths here = ToTenths(m_View.ToPixel(place));
-    if (!m_bBegun) {
-        m_First = m_Last = here;
-        m_bBegun = true;
-        return;
-    }
-    m_bPending = std::max(std::abs(here.m_nX - m_Last.m_nX), std::abs(here.m_nY - m_Last.m_nY)) < m_nTolerance;
-    if (m_bPending)
-        m_Pending = here;
-    else
-        Straight(here);
-}
-
-void CPathMaker::Straight(const TTenths& to)
-{
-    m_bMoved = true;
-    const TTenths from = m_Last;
-    m_Last = to;
-    if (m_nMerge > 0 && !m_Coverage.TakeLine(ToPixel(from), ToPixel(to))) {
-        m_bPen = false;
-        return;
-    }
-    if (!m_bPen) {
-        *m_pPath += 'M';
-        AppendTenths(*m_pPath, from.m_nX, true);
-        AppendTenths(*m_pPath, from.m_nY, false);
-        *m_pPath += 'l';
-    }
-    AppendTenths(*m_pPath, to.m_nX - from.m_nX, !m_bPen);
-    AppendTenths(*m_pPath, to.m_nY - from.m_nY, false);
-    m_bPen = m_bDrawn = true;
-    ++m_nStraights;
-}
-
-void CPathMaker::Dot()
-{
-    if (!m_Coverage.Take(ToPixel(m_First)))
-        return;
-    *m_pPath += 'M';
-    AppendTenths(*m_pPath, m_First.m_nX, true);
-    AppendTenths(*m_pPath, m_First.m_nY, false);
-    *m_pPath += 'h';
-    AppendTenths(*m_pPath, std::max(m_nMerge, 1) * 10, true);
-    m_bDrawn = true;
-    ++m_nStraights;
-}
-
-void CPathMaker::End(bool bClose)
-{
-    ++m_Result.m_nObjects;
-    if (!m_bBegun)
-        return;
-    if (!m_bMoved) {
-        Dot();
-    } else {
-        if (m_bPending && m_Pending != m_Last)
-            Straight(m_Pending);
-        if (bClose && m_nMerge > 0 && m_Last != m_First)
-            Straight(m_First);
-        else if (bClose && m_bPen)
-            *m_pPath += 'z';
-    }
-    m_Result.m_nDrawn += m_bDrawn ? 1 : 0;
-}
 
 /// A place for so many degrees that the straights between lie within a tenth of a pixel of the arc.
 void FollowArc(const TArc& arc, const CView& view, CPathMaker& maker)
@@ -180,27 +36,103 @@ bool GoesRoundToWest(const TPlace* pPlaces, std::size_t nCount)
     return dTwice > 0.0;
 }
 
-bool TryLines(const TScene& scene, const CView& view, CPathMaker& maker)
+/// Draws the lines and arcs of the scene style by style.
+class CLineDrawer {
+public:
+    CLineDrawer(const TScene& scene, const CView& view);
+
+    TLinePaths Draw();
+
+private:
+    void DrawStyle(std::size_t nStyle, std::size_t nMost, CPathMaker& maker);
+    bool TryDense(const TShares& shares, double dMerge);
+
+    const TScene& m_Scene;
+    const CView& m_View;
+    std::vector<std::vector<std::size_t>> m_Objects; ///< by style: lines, and behind all of them arcs
+    std::vector<std::size_t> m_Drawn;                ///< by style, objects
+    TLinePaths m_Result;
+};
+
+CLineDrawer::CLineDrawer(const TScene& scene, const CView& view)
+    : m_Scene(scene), m_View(view), m_Objects(scene.m_Styles.GetStyles().size()), m_Drawn(m_Objects.size())
 {
-    for (const TLine& line : scene.m_Lines) {
-        const int nStyle = scene.m_Styles.GetDrawn(line.m_nStyle);
-        maker.Begin(nStyle);
-        const TPlace* const pPlaces = scene.m_Places.data() + line.m_nFirst;
-        const bool bBackwards = line.m_bArea && GoesRoundToWest(pPlaces, line.m_nCount);
-        for (std::size_t i = 0; i < line.m_nCount && !maker.IsTooMuch(); ++i)
-            maker.To(pPlaces[bBackwards ? line.m_nCount - 1 - i : i]);
-        maker.End(line.m_bArea);
-        if (maker.IsTooMuch())
-            return false;
+    const auto add = [&](int nStyle, std::size_t nObject) {
+        m_Objects[static_cast<std::size_t>(scene.m_Styles.GetDrawn(nStyle))].push_back(nObject);
+    };
+    for (std::size_t i = 0; i < scene.m_Lines.size(); ++i) {
+        add(scene.m_Lines[i].m_nStyle, i);
+        m_Result.m_nObjects += scene.m_Lines[i].m_bContinued ? 0 : 1;
     }
-    for (const TArc& arc : scene.m_Arcs) {
-        maker.Begin(scene.m_Styles.GetDrawn(arc.m_nStyle));
-        FollowArc(arc, view, maker);
-        maker.End(false);
-        if (maker.IsTooMuch())
+    for (std::size_t i = 0; i < scene.m_Arcs.size(); ++i)
+        add(scene.m_Arcs[i].m_nStyle, scene.m_Lines.size() + i);
+    m_Result.m_nObjects += scene.m_Arcs.size();
+    m_Result.m_Paths.resize(m_Objects.size());
+    m_Result.m_Whole.resize(m_Objects.size(), true);
+}
+
+/// Draws into the maker's path, which the caller has begun, and stops where it gets longer than `nMost`.
+void CLineDrawer::DrawStyle(std::size_t nStyle, std::size_t nMost, CPathMaker& maker)
+{
+    m_Drawn[nStyle] = 0;
+    for (const std::size_t nObject : m_Objects[nStyle]) {
+        maker.Begin();
+        if (nObject >= m_Scene.m_Lines.size()) {
+            FollowArc(m_Scene.m_Arcs[nObject - m_Scene.m_Lines.size()], m_View, maker);
+            m_Drawn[nStyle] += maker.End(false) ? 1 : 0;
+        } else {
+            const TLine& line = m_Scene.m_Lines[nObject];
+            const TPlace* const pPlaces = m_Scene.m_Places.data() + line.m_nFirst;
+            const bool bBackwards = line.m_bArea && GoesRoundToWest(pPlaces, line.m_nCount);
+            for (std::size_t i = 0; i < line.m_nCount && maker.GetNumberOfStraights() <= nMost; ++i)
+                maker.To(pPlaces[bBackwards ? line.m_nCount - 1 - i : i]);
+            m_Drawn[nStyle] += maker.End(line.m_bArea) && !line.m_bContinued ? 1 : 0;
+        }
+        if (maker.GetNumberOfStraights() > nMost)
+            return;
+    }
+}
+
+/// Draws those that have to give way. False if they don't give enough.
+bool CLineDrawer::TryDense(const TShares& shares, double dMerge)
+{
+    CPathMaker maker(m_View, dMerge);
+    const bool bShareCells = shares.m_Order.size() - shares.m_nWhole > kOwnCells;
+    std::size_t nLeft = shares.m_nLeft;
+    for (std::size_t i = shares.m_nWhole; i < shares.m_Order.size(); ++i) {
+        const std::size_t nStyle = shares.m_Order[i];
+        maker.BeginPath(bShareCells);
+        DrawStyle(nStyle, nLeft, maker);
+        if (maker.GetNumberOfStraights() > nLeft)
             return false;
+        nLeft -= maker.GetNumberOfStraights();
+        m_Result.m_Paths[nStyle] = maker.TakePath();
     }
     return true;
+}
+
+TLinePaths CLineDrawer::Draw()
+{
+    std::vector<std::size_t> needs;
+    CPathMaker maker(m_View, 0.0);
+    for (std::size_t i = 0; i < m_Objects.size(); ++i) {
+        maker.BeginPath(false);
+        DrawStyle(i, kMostStraights, maker);
+        needs.push_back(maker.GetNumberOfStraights());
+        m_Result.m_Paths[i] = maker.TakePath();
+    }
+    const TShares shares = ShareOut(needs, kMostStraights);
+    if (!shares.IsEnough()) {
+        for (std::size_t i = shares.m_nWhole; i < shares.m_Order.size(); ++i)
+            m_Result.m_Whole[shares.m_Order[i]] = false;
+        // It ends, because in the end the sheet has a single cell, and each straight takes a new one.
+        const double dArea = m_View.GetBox().GetWidth() * m_View.GetBox().GetHeight();
+        for (double dMerge = FirstCell(1.0, dArea); m_Result.m_dMerged == 0.0; dMerge *= kCellGrowth)
+            m_Result.m_dMerged = TryDense(shares, dMerge) ? dMerge : 0.0;
+    }
+    for (const std::size_t nDrawn : m_Drawn)
+        m_Result.m_nDrawn += nDrawn;
+    return std::move(m_Result);
 }
 
 /// The edges between the first places of each cell: a coarser mesh, which still shows where the surface is fine.
@@ -233,32 +165,28 @@ namespace Cli {
 
 TLinePaths DrawLines(const TScene& scene, const CView& view)
 {
-    // It ends, because in the end the sheet has fewer cells than there may be straights, and each takes a new cell.
-    for (int nMerge = 0;; nMerge = std::max(1, nMerge * 2)) {
-        CPathMaker maker(view, scene.m_Styles.GetStyles().size(), nMerge);
-        if (TryLines(scene, view, maker))
-            return maker.Take();
-    }
+    return CLineDrawer(scene, view).Draw();
 }
 
 TLinePaths DrawSurfaces(const TScene& scene, const CView& view)
 {
+    constexpr double kFirst = 1.0;
+    TLinePaths paths;
     std::vector<TEdge> coarse;
-    int nMerge = 0;
-    while ((nMerge == 0 ? scene.m_Edges : coarse).size() > kMostStraights) {
-        nMerge = std::max(1, nMerge * 2);
-        coarse = Coarsen(scene, view, nMerge);
+    const double dFirst = FirstCell(kFirst, view.GetBox().GetWidth() * view.GetBox().GetHeight());
+    while ((paths.m_dMerged == 0.0 ? scene.m_Edges : coarse).size() > kMostStraights) {
+        paths.m_dMerged = paths.m_dMerged == 0.0 ? dFirst : paths.m_dMerged * kCellGrowth;
+        coarse = Coarsen(scene, view, paths.m_dMerged);
     }
-    CPathMaker maker(view, 1, 0);
-    for (const TEdge& edge : nMerge == 0 ? scene.m_Edges : coarse) {
-        maker.Begin(0);
+    CPathMaker maker(view, 0.0);
+    for (const TEdge& edge : paths.m_dMerged == 0.0 ? scene.m_Edges : coarse) {
+        maker.Begin();
         maker.To(scene.m_Places[edge.m_nFrom]);
         maker.To(scene.m_Places[edge.m_nTo]);
-        maker.End(false);
+        paths.m_nDrawn += maker.End(false) ? 1 : 0;
     }
-    TLinePaths paths = maker.Take();
+    paths.m_Paths.push_back(maker.TakePath());
     paths.m_nObjects = scene.m_Edges.size();
-    paths.m_nMerged = nMerge;
     return paths;
 }
 

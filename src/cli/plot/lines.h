@@ -9,15 +9,16 @@
 
 namespace Cli {
 
-/// The data of paths. Their length is bounded whatever the scene holds: rows of places are drawn to half a pixel, what
-/// is smaller than a pixel is a dot, and only one dot stands in a pixel. If that is still too much, straights whose
-/// surroundings are drawn already are left out, within 1 pixel first, then within 2, 4 ... pixels; of a surface, the
-/// positions within so many pixels become one.
+/// The data of paths. Their length is bounded whatever the scene holds: rows of places are drawn so that no bend of a
+/// quarter of a pixel is lost, and what is smaller is a dot. If that is still too much, the styles that have most give
+/// way: those of their straights whose surroundings have straights of the style already are left out, within a pixel
+/// first, then within more. Of a surface, the positions within so many pixels become one.
 struct TLinePaths {
     std::vector<std::string> m_Paths; ///< by the number of the style that is drawn
+    std::vector<bool> m_Whole;        ///< by style: none of its straights was left out
     std::size_t m_nObjects = 0;
     std::size_t m_nDrawn = 0; ///< of the objects, those of which anything was drawn
-    int m_nMerged = 0;        ///< pixels within which things were merged; 0 where none were
+    double m_dMerged = 0.0;   ///< pixels within which things were merged; 0 where none were
 };
 
 /// Straights at most in the paths of lines, and in those of surfaces.

@@ -1,6 +1,8 @@
 #include "cli/plot/scene.h"
 
+#include "cli/plot/cutter.h"
 #include "cli/plot/road.h"
+#include "cli/plot/sample.h"
 #include "cli/stop.h"
 
 #include <algorithm>
@@ -11,14 +13,6 @@
 namespace {
 
 using namespace Cli;
-
-constexpr double kFarthest = 1e12; ///< metres; beyond it lies no place that anybody surveys
-constexpr double kRadian = std::numbers::pi / 180.0;
-
-bool IsPlace(double dNorth, double dEast)
-{
-    return std::abs(dNorth) <= kFarthest && std::abs(dEast) <= kFarthest; // false for what isn't a number
-}
 
 TLayerCount::EKind KindOf(EIEObjectsType type)
 {
@@ -43,25 +37,32 @@ public:
 
 private:
     void TakeObject(const CIEObject& object);
-    void Draw(const CIEObject& object, const CIEObject* pWhole, TLayerCount& layer);
-    bool DrawPoint(const CIEObject& object, int nStyle);
-    bool DrawLine(const CIEObject& object, int nStyle);
-    bool DrawArc(const CIEArc& arc, int nStyle);
+    EFate TakePart(const CIEObject& object, const CIEObject* pWhole, const CIELayer* pLayer);
+    EFate DrawPoint(const CIEObject& object, const TStyle& style);
+    EFate DrawLine(const CIEObject& object, const TStyle& style);
+    EFate DrawArc(const CIEArc& arc, const TStyle& style);
     void TakeSurface(const CIESurface& surface);
     void TakeRoad(const CIEAlignment& alignment);
-    [[nodiscard]] bool IsWanted(const CIELayer* pLayer) const;
+    [[nodiscard]] TLayerCount::EState StateOf(const CIELayer* pLayer) const;
     TLayerCount& LayerOf(const CIELayer* pLayer);
-    void Widen(const TPlace& place);
+    [[nodiscard]] int IndexOf(const CIELayer* pLayer) const
+    {
+        return static_cast<int>(m_LayerPlaces.find(pLayer)->second);
+    }
 
     const CIEData& m_Job;
     const TSceneOptions& m_Options;
     TScene m_Scene;
+    CCutter m_Cutter;
     std::unordered_map<const CIELayer*, std::size_t> m_LayerPlaces;
     bool m_bGeographic;
 };
 
 CSceneMaker::CSceneMaker(const CIEData& job, const TSceneOptions& options)
-    : m_Job(job), m_Options(options), m_bGeographic(job.GetJobInfo()->GetCSType() == TIEJobInfo::Geographic)
+    : m_Job(job),
+      m_Options(options),
+      m_Cutter(m_Scene, options.m_Window),
+      m_bGeographic(job.GetJobInfo()->GetCSType() == TIEJobInfo::Geographic)
 {
     for (int i = 0; const CIELayer* const pLayer = job.GetIEDrawDictionary()->GetLayerAt(i); ++i)
         LayerOf(pLayer);
@@ -74,17 +75,19 @@ TLayerCount& CSceneMaker::LayerOf(const CIELayer* pLayer)
     if (bNew) {
         TLayerCount layer;
         layer.m_pLayer = pLayer;
-        layer.m_bDrawn = IsWanted(pLayer);
+        layer.m_eState = StateOf(pLayer);
         m_Scene.m_Layers.push_back(layer);
     }
     return m_Scene.m_Layers[it->second];
 }
 
-bool CSceneMaker::IsWanted(const CIELayer* pLayer) const
+TLayerCount::EState CSceneMaker::StateOf(const CIELayer* pLayer) const
 {
-    if (m_Options.m_Layers)
-        return std::find(m_Options.m_Layers->begin(), m_Options.m_Layers->end(), pLayer) != m_Options.m_Layers->end();
-    return !pLayer || pLayer->IsActive();
+    using enum TLayerCount::EState;
+    if (!m_Options.m_Layers)
+        return !pLayer || pLayer->IsActive() ? Drawn : Off;
+    const std::vector<const CIELayer*>& asked = *m_Options.m_Layers;
+    return std::find(asked.begin(), asked.end(), pLayer) != asked.end() ? Drawn : NotAsked;
 }
 
 TScene CSceneMaker::Make()
@@ -102,7 +105,9 @@ TScene CSceneMaker::Make()
     }
     std::sort(m_Scene.m_Edges.begin(), m_Scene.m_Edges.end());
     m_Scene.m_Edges.erase(std::unique(m_Scene.m_Edges.begin(), m_Scene.m_Edges.end()), m_Scene.m_Edges.end());
+    FindSamples(m_Scene);
     m_Scene.m_Styles.Reduce();
+    m_Cutter.Finish();
     return std::move(m_Scene);
 }
 
@@ -112,117 +117,106 @@ void CSceneMaker::TakeObject(const CIEObject& object)
         ++m_Scene.m_nPatterns;
         return;
     }
-    TLayerCount& layer = LayerOf(object.GetLayer());
-    ++layer.m_Counts[KindOf(object.GetType())];
-    const auto* const pWhole = dynamic_cast<const CIECompositeObject*>(&object);
-    if (!pWhole)
-        return Draw(object, nullptr, layer);
-    for (int i = 0; const CIEObject* const pPart = pWhole->GetPartAt(i); ++i)
-        Draw(*pPart, pWhole, layer);
+    bool bOutside = false, bInside = false;
+    const auto take = [&](const CIEObject& part, const CIEObject* pWhole) {
+        const EFate eFate = TakePart(part, pWhole, object.GetLayer());
+        m_Scene.m_nOffEarth += eFate == EFate::NoPlace ? 1 : 0;
+        (eFate == EFate::Outside ? bOutside : bInside) = true;
+    };
+    if (const auto* const pWhole = dynamic_cast<const CIECompositeObject*>(&object)) {
+        for (int i = 0; const CIEObject* const pPart = pWhole->GetPartAt(i); ++i)
+            take(*pPart, pWhole);
+    } else {
+        take(object, nullptr);
+    }
+    if (bOutside && !bInside)
+        ++m_Scene.m_nOutside;
+    else
+        ++LayerOf(object.GetLayer()).m_Counts[KindOf(object.GetType())];
 }
 
-void CSceneMaker::Draw(const CIEObject& object, const CIEObject* pWhole, TLayerCount& layer)
+/// An object, or a part of `pWhole`, which lies on `pLayer`.
+EFate CSceneMaker::TakePart(const CIEObject& object, const CIEObject* pWhole, const CIELayer* pLayer)
 {
     // a part may lie on a layer of its own, which alone says whether it is drawn
-    TLayerCount& own = pWhole && object.GetLayer() ? LayerOf(object.GetLayer()) : layer;
-    own.m_Counts[TLayerCount::Parts] += &own == &layer ? 0 : 1;
-    if (!own.m_bDrawn)
-        return;
-    TStyle style = StyleOf(object, pWhole, own.m_pLayer);
-    style.m_nLayer = static_cast<int>(m_LayerPlaces.find(own.m_pLayer)->second);
-    if (!own.m_Color)
-        own.m_Color = style.m_Color;
-    const int nStyle = m_Scene.m_Styles.Take(style);
-    bool bDrawn = false;
-    if (const auto* const pArc = dynamic_cast<const CIEArc*>(&object))
-        bDrawn = DrawArc(*pArc, nStyle);
-    else if (style.m_eFigure == EFigure::Point)
-        bDrawn = DrawPoint(object, nStyle);
-    else
-        bDrawn = DrawLine(object, nStyle);
-    m_Scene.m_nOffEarth += bDrawn ? 0 : 1;
+    const bool bElsewhere = pWhole && object.GetLayer() && object.GetLayer() != pLayer;
+    TLayerCount& layer = LayerOf(bElsewhere ? object.GetLayer() : pLayer);
+    EFate eFate = EFate::Drawn;
+    if (layer.IsDrawn()) {
+        TStyle style = StyleOf(object, pWhole, layer.m_pLayer);
+        style.m_nLayer = IndexOf(layer.m_pLayer);
+        if (const auto* const pArc = dynamic_cast<const CIEArc*>(&object))
+            eFate = DrawArc(*pArc, style);
+        else if (style.m_eFigure == EFigure::Point)
+            eFate = DrawPoint(object, style);
+        else
+            eFate = DrawLine(object, style);
+    }
+    if (bElsewhere && eFate != EFate::Outside)
+        ++layer.m_Counts[TLayerCount::Parts];
+    return eFate;
 }
 
-bool CSceneMaker::DrawPoint(const CIEObject& object, int nStyle)
+EFate CSceneMaker::DrawPoint(const CIEObject& object, const TStyle& style)
 {
     const auto* const pRelative = dynamic_cast<const CIEPTLPoint*>(&object);
     if (pRelative && pRelative->GetCoordType() == CIEPTLPoint::PointToLine) {
         ++m_Scene.m_nRelative;
-        return true;
+        return EFate::Drawn;
     }
-    bool bAll = true;
+    bool bAll = true, bOutside = false, bInside = false;
     for (int i = 0; const CIEStation* const pStation = object.GetStation(i); ++i) {
-        if (!IsPlace(pStation->m_dNorth, pStation->m_dEast)) {
-            bAll = false;
-            continue;
-        }
         const TPlace place{pStation->m_dNorth, pStation->m_dEast};
-        m_Scene.m_Marks.push_back({place, i == 0 ? &object : nullptr, nStyle});
-        Widen(place);
+        const EFate eFate = m_Cutter.AddMark(place, i == 0 ? &object : nullptr, style);
+        bAll = bAll && eFate != EFate::NoPlace;
+        (eFate == EFate::Outside ? bOutside : bInside) = true;
     }
-    return bAll;
+    if (!bAll)
+        return EFate::NoPlace;
+    return bOutside && !bInside ? EFate::Outside : EFate::Drawn;
 }
 
-bool CSceneMaker::DrawLine(const CIEObject& object, int nStyle)
+EFate CSceneMaker::DrawLine(const CIEObject& object, const TStyle& style)
 {
-    const std::size_t nFirst = m_Scene.m_Places.size();
-    for (int i = 0; const CIEStation* const pStation = object.GetStation(i); ++i) {
-        if (!IsPlace(pStation->m_dNorth, pStation->m_dEast)) {
-            m_Scene.m_Places.resize(nFirst);
-            return false;
-        }
-        m_Scene.m_Places.push_back({pStation->m_dNorth, pStation->m_dEast});
-    }
-    const std::size_t nCount = m_Scene.m_Places.size() - nFirst;
-    if (nCount == 0)
-        return true;
-    m_Scene.m_Lines.push_back({nFirst, nCount, nStyle, object.GetType() == EIEObjectsType::Polygon});
-    std::for_each(m_Scene.m_Places.begin() + static_cast<std::ptrdiff_t>(nFirst), m_Scene.m_Places.end(),
-                  [this](const TPlace& place) { Widen(place); });
-    return true;
+    std::vector<TPlace> places;
+    places.reserve(static_cast<std::size_t>(object.GetNumberOfStations()));
+    for (int i = 0; const CIEStation* const pStation = object.GetStation(i); ++i)
+        places.push_back({pStation->m_dNorth, pStation->m_dEast});
+    return m_Cutter.AddRow(places, style, object.GetType() == EIEObjectsType::Polygon);
 }
 
-bool CSceneMaker::DrawArc(const CIEArc& arc, int nStyle)
+EFate CSceneMaker::DrawArc(const CIEArc& arc, const TStyle& style)
 {
-    constexpr double kCircle = 360.0, kQuarter = 90.0;
+    constexpr double kCircle = 360.0;
     const CIEStation& center = *arc.GetStation();
     const double dRadius = std::abs(arc.GetData(CIEArc::Radius)) / (m_bGeographic ? kMetersOfDegree : 1.0);
     TArc drawn;
     drawn.m_Center = {center.m_dNorth, center.m_dEast};
     drawn.m_Radius = {dRadius, m_bGeographic ? dRadius / ShrinkOfEast(center.m_dNorth) : dRadius};
     drawn.m_dStart = std::fmod(arc.GetData(CIEArc::StartAngle), kCircle);
-    drawn.m_dSweep = std::fmod(arc.GetData(CIEArc::EndAngle) - drawn.m_dStart, kCircle);
-    if (drawn.m_dSweep <= 0.0) // equal angles are a whole circle
-        drawn.m_dSweep += kCircle;
-    drawn.m_nStyle = nStyle;
-    if (!IsPlace(std::abs(center.m_dNorth) + drawn.m_Radius.m_dNorth,
-                 std::abs(center.m_dEast) + drawn.m_Radius.m_dEast) ||
+    drawn.m_dSweep = SweepOf(arc.GetData(CIEArc::StartAngle), arc.GetData(CIEArc::EndAngle));
+    if (!IsPlace(
+            {std::abs(center.m_dNorth) + drawn.m_Radius.m_dNorth, std::abs(center.m_dEast) + drawn.m_Radius.m_dEast}) ||
         !std::isfinite(drawn.m_dStart) || !std::isfinite(drawn.m_dSweep))
-        return false;
-    m_Scene.m_Arcs.push_back(drawn);
-    const double dEnd = drawn.m_dStart + drawn.m_dSweep;
-    Widen(drawn.At(drawn.m_dStart));
-    Widen(drawn.At(dEnd));
-    for (double dAngle = std::ceil(drawn.m_dStart / kQuarter) * kQuarter; dAngle < dEnd; dAngle += kQuarter)
-        Widen(drawn.At(dAngle));
-    return true;
+        return EFate::NoPlace;
+    return m_Cutter.AddArc(drawn, style);
 }
 
 void CSceneMaker::TakeSurface(const CIESurface& surface)
 {
     TLayerCount& layer = LayerOf(nullptr);
-    ++layer.m_Counts[TLayerCount::Surfaces];
-    if (!layer.m_bDrawn)
+    if (!layer.IsDrawn()) {
+        ++layer.m_Counts[TLayerCount::Surfaces];
         return;
-    layer.m_Color = layer.m_Color.value_or(kSurfaceColor);
-    const std::size_t nFirst = m_Scene.m_Places.size();
+    }
+    const std::size_t nFirst = m_Scene.m_Places.size(), nEdges = m_Scene.m_Edges.size();
     const int nPositions = surface.GetNumberOfPositions();
     for (int i = 0; i < nPositions; ++i)
         m_Scene.m_Places.push_back({surface.GetPositionAt(i)->m_dNorth, surface.GetPositionAt(i)->m_dEast});
     const auto isUsable = [&](int n) {
-        return n >= 0 && n < nPositions &&
-               IsPlace(surface.GetPositionAt(n)->m_dNorth, surface.GetPositionAt(n)->m_dEast);
+        return n >= 0 && n < nPositions && IsPlace(m_Scene.m_Places[nFirst + static_cast<std::size_t>(n)]);
     };
+    bool bTriangles = false;
     for (int i = 0; const CIETriangle* const pTriangle = surface.GetTriangleAt(i); ++i) {
         const std::array<int, CIETriangle::kCorners> corners{pTriangle->GetPosition(0), pTriangle->GetPosition(1),
                                                              pTriangle->GetPosition(2)};
@@ -230,71 +224,49 @@ void CSceneMaker::TakeSurface(const CIESurface& surface)
             ++m_Scene.m_nTrianglesLeftOut;
             continue;
         }
+        bTriangles = true;
         for (std::size_t k = 0; k < corners.size(); ++k) {
             const auto [nLow, nHigh] = std::minmax(corners[k], corners[(k + 1) % corners.size()]);
-            m_Scene.m_Edges.push_back({static_cast<std::uint32_t>(nFirst + static_cast<std::size_t>(nLow)),
-                                       static_cast<std::uint32_t>(nFirst + static_cast<std::size_t>(nHigh))});
-            Widen(m_Scene.m_Places[nFirst + static_cast<std::size_t>(corners[k])]);
+            m_Cutter.AddEdge(nFirst + static_cast<std::size_t>(nLow), nFirst + static_cast<std::size_t>(nHigh));
         }
     }
+    const bool bOutside = bTriangles && m_Scene.m_Edges.size() == nEdges;
+    m_Scene.m_nOutside += bOutside ? 1 : 0;
+    layer.m_Counts[TLayerCount::Surfaces] += bOutside ? 0 : 1;
 }
 
 void CSceneMaker::TakeRoad(const CIEAlignment& alignment)
 {
     TLayerCount& layer = LayerOf(nullptr);
-    ++layer.m_Counts[TLayerCount::Alignments];
-    if (!layer.m_bDrawn)
+    TStyle style;
+    style.m_eFigure = EFigure::Line;
+    style.m_Color = kRoadColor;
+    style.m_nLayer = IndexOf(nullptr);
+    style.m_nWidth = 2;
+    const TRoad road = layer.IsDrawn() ? TraceRoad(alignment, m_bGeographic) : TRoad{};
+    const EFate eFate = m_Cutter.AddRow(road.m_Places, style, false);
+    layer.m_Counts[TLayerCount::Alignments] += eFate == EFate::Outside ? 0 : 1;
+    m_Scene.m_nOutside += eFate == EFate::Outside ? 1 : 0;
+    m_Scene.m_nOffEarth += eFate == EFate::NoPlace ? 1 : 0;
+    if (eFate != EFate::Drawn || !layer.IsDrawn())
         return;
-    const TRoad road = TraceRoad(alignment, m_bGeographic);
-    const std::vector<TPlace>& places = road.m_Places;
-    if (!std::all_of(places.begin(), places.end(), [](const TPlace& p) { return IsPlace(p.m_dNorth, p.m_dEast); })) {
-        ++m_Scene.m_nOffEarth;
-        return;
-    }
-    if (places.empty()) {
+    if (road.m_Places.empty()) {
         ++m_Scene.m_nRoadsWithoutPlace;
         return;
     }
     m_Scene.m_nRoadsInPart += road.m_bWhole ? 0 : 1;
-    TStyle style;
-    style.m_eFigure = EFigure::Line;
-    style.m_Color = kRoadColor;
-    style.m_nLayer = static_cast<int>(m_LayerPlaces.find(nullptr)->second);
-    layer.m_Color = layer.m_Color.value_or(kRoadColor);
-    style.m_nWidth = 2;
-    m_Scene.m_Lines.push_back({m_Scene.m_Places.size(), places.size(), m_Scene.m_Styles.Take(style), false});
-    m_Scene.m_Places.insert(m_Scene.m_Places.end(), places.begin(), places.end());
-    for (const TPlace& place : places)
-        Widen(place);
-    if (!alignment.GetName().empty())
-        m_Scene.m_Titles.push_back({places.front(), alignment.GetName()});
-}
-
-void CSceneMaker::Widen(const TPlace& place)
-{
-    if (!m_Scene.m_Extent) {
-        m_Scene.m_Extent = TExtent{place, place};
-        return;
-    }
-    TExtent& extent = *m_Scene.m_Extent;
-    extent.m_Least = {std::min(extent.m_Least.m_dNorth, place.m_dNorth),
-                      std::min(extent.m_Least.m_dEast, place.m_dEast)};
-    extent.m_Most = {std::max(extent.m_Most.m_dNorth, place.m_dNorth), std::max(extent.m_Most.m_dEast, place.m_dEast)};
+    const TPlace& first = road.m_Places.front();
+    if (!alignment.GetName().empty() && m_Cutter.IsInside(first))
+        m_Scene.m_Titles.push_back({first, alignment.GetName()});
 }
 
 } // namespace
 
 namespace Cli {
 
-TPlace TArc::At(double dAngle) const
-{
-    return {m_Center.m_dNorth + m_Radius.m_dNorth * std::sin(dAngle * kRadian),
-            m_Center.m_dEast + m_Radius.m_dEast * std::cos(dAngle * kRadian)};
-}
-
 double ShrinkOfEast(double dLatitude)
 {
-    constexpr double kLeast = 0.01; // a picture of the pole needs some width
+    constexpr double kRadian = std::numbers::pi / 180.0, kLeast = 0.01; // a picture of the pole needs some width
     return std::max(std::cos(dLatitude * kRadian), kLeast);
 }
 

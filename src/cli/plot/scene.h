@@ -1,6 +1,8 @@
 // What a picture shows of a job, apart from how it is laid out on the sheet.
 #pragma once
 
+#include "cli/plot/arc.h"
+#include "cli/plot/place.h"
 #include "cli/plot/style.h"
 #include "vellumlib/data.h"
 
@@ -14,18 +16,6 @@
 
 namespace Cli {
 
-/// A place on the ground: metres, or decimal degrees in a geographic job.
-struct TPlace {
-    double m_dNorth = 0.0;
-    double m_dEast = 0.0;
-};
-
-/// The rectangle that all places of a scene lie in.
-struct TExtent {
-    TPlace m_Least;
-    TPlace m_Most;
-};
-
 /// A point, and the object that it is named after; null for one without a label.
 struct TMark {
     TPlace m_Place;
@@ -33,25 +23,14 @@ struct TMark {
     int m_nStyle = 0;
 };
 
-/// A line or an area: a row of the scene's places. An area closes by itself.
+/// A line or an area: a row of the scene's places. An area closes by itself. Of a line that a window cuts, several rows
+/// may be left.
 struct TLine {
     std::size_t m_nFirst = 0;
     std::size_t m_nCount = 0;
     int m_nStyle = 0;
     bool m_bArea = false;
-};
-
-/// An arc around a centre, from its start angle on, from east towards north. In degrees a circle on the ground is
-/// wider than it is high, so there are two radii.
-struct TArc {
-    TPlace m_Center;
-    TPlace m_Radius;
-    double m_dStart = 0.0; ///< degrees
-    double m_dSweep = 0.0; ///< degrees, above 0 up to 360
-    int m_nStyle = 0;
-
-    /// The place at an angle in degrees.
-    [[nodiscard]] TPlace At(double dAngle) const;
+    bool m_bContinued = false; ///< the same object as the row before
 };
 
 /// Two of the scene's places, an edge of a surface.
@@ -71,10 +50,14 @@ struct TTitle {
 /// What lies on one layer, or on none.
 struct TLayerCount {
     enum EKind : std::size_t { Points = 0, Lines, Polygons, Arcs, Others, Parts, Surfaces, Alignments, Kinds };
+    enum class EState { Drawn, Off, NotAsked };
     const CIELayer* m_pLayer = nullptr; ///< null for what has no layer
-    bool m_bDrawn = true;               ///< false for a layer that is off
-    std::array<int, Kinds> m_Counts{};
-    std::optional<TIEColor> m_Color; ///< of the first object that was met
+    EState m_eState = EState::Drawn;
+    std::array<int, Kinds> m_Counts{};    ///< of a layer that is drawn, what lies in the window
+    TStyle m_Sample;                      ///< how most of it looks; the layer's own colour, if anything has it
+    std::optional<TIEColor> m_OtherColor; ///< that of most of it, if that isn't the sample's
+
+    [[nodiscard]] bool IsDrawn() const { return m_eState == EState::Drawn; }
 };
 
 struct TScene {
@@ -86,8 +69,10 @@ struct TScene {
     std::vector<TTitle> m_Titles;
     CStyleTable m_Styles;
     std::deque<TLayerCount> m_Layers; ///< in the order of the job; what has no layer comes last
-    std::optional<TExtent> m_Extent;  ///< of what is drawn; nothing where nothing is
+    std::optional<TExtent> m_Extent;  ///< of what is drawn; the window, if there is one; nothing where nothing is
+    bool m_bWindow = false;           ///< the extent is a window, and nothing beyond it is to be seen
     int m_nPatterns = 0;              ///< objects of blocks
+    int m_nOutside = 0;               ///< objects that lie outside the window
     int m_nRelative = 0;              ///< points whose coordinates count along and off a line
     int m_nOffEarth = 0;              ///< objects with coordinates that no place has
     int m_nTrianglesLeftOut = 0;      ///< triangles that lack a corner, or have one that no place has
@@ -97,14 +82,16 @@ struct TScene {
 
 constexpr TIEColor kSurfaceColor = 0x9CB08C;
 constexpr TIEColor kRoadColor = 0xB03030;
+constexpr TIEColor kEmptyLayerColor = 0x808080; ///< of layers without a colour of which nothing is drawn
 
 /// What is asked for.
 struct TSceneOptions {
     std::optional<std::vector<const CIELayer*>> m_Layers; ///< these alone, even if they are off; null is no layer
+    std::optional<TExtent> m_Window;                      ///< this part of the ground alone
 };
 
 /// Takes from a job what is to be drawn. Objects of blocks aren't, because they are patterns; nor is what lies on a
-/// layer that is off. The scene points into the job.
+/// layer that is off, or outside the window. The scene points into the job.
 TScene MakeScene(const CIEData& job, const TSceneOptions& options);
 
 /// A degree of latitude in metres, about.

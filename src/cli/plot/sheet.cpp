@@ -11,15 +11,7 @@ namespace {
 using namespace Cli;
 
 constexpr double kTop = 54.0;
-constexpr double kBottom = 62.0;
-constexpr double kGap = 12.0;
 constexpr double kTickSize = 10.0;
-
-double LegendWidth(const TSize& size)
-{
-    constexpr double kShare = 0.2, kLeast = 120.0, kMost = 260.0;
-    return std::clamp(size.m_nWidth * kShare, kLeast, kMost);
-}
 
 const char* SuffixOf(EDIST_UNITS units)
 {
@@ -86,6 +78,12 @@ namespace Cli {
 TBox BoxForDrawing(const TSize& size, double dLeftMargin)
 {
     return {dLeftMargin, kTop, size.m_nWidth - LegendWidth(size) - 2 * kGap, size.m_nHeight - kBottom};
+}
+
+double LegendWidth(const TSize& size)
+{
+    constexpr double kShare = 0.2, kLeast = 120.0, kMost = 260.0;
+    return std::clamp(size.m_nWidth * kShare, kLeast, kMost);
 }
 
 // ---- grid
@@ -216,106 +214,6 @@ void AppendFootLine(std::string& out, const TSize& size, double dLeft, std::stri
     constexpr double kSize = 10.0, kAbove = 10.0;
     AppendText(out, {dLeft, size.m_nHeight - kAbove}, "note", EAnchor::Start,
                FitWidth(text, kSize, size.m_nWidth - dLeft - kGap));
-}
-
-// ---- legend
-
-std::string GroupDigits(std::size_t nCount)
-{
-    constexpr std::size_t kGroup = 3;
-    std::string text = std::to_string(nCount);
-    for (std::size_t i = text.size(); i > kGroup; i -= kGroup)
-        text.insert(i - kGroup, ",");
-    return text;
-}
-
-std::string DescribeCounts(const TLayerCount& layer)
-{
-    // parts of composites count where they lie on another layer than the whole
-    constexpr std::array<const char*, TLayerCount::Kinds> kWords{"point",     "line", "polygon", "arc",
-                                                                 "composite", "part", "surface", "alignment"};
-    std::string text;
-    for (std::size_t i = 0; i < kWords.size(); ++i) {
-        const int nCount = layer.m_Counts[i];
-        if (nCount > 0)
-            text += fmt::format("{}{} {}{}", text.empty() ? "" : ", ", GroupDigits(static_cast<std::size_t>(nCount)),
-                                kWords[i], nCount == 1 ? "" : "s");
-    }
-    return text.empty() ? "nothing" : text;
-}
-
-} // namespace Cli
-
-namespace {
-
-bool IsEmpty(const TLayerCount& layer)
-{
-    return std::all_of(layer.m_Counts.begin(), layer.m_Counts.end(), [](int nCount) { return nCount == 0; });
-}
-
-TIEColor SwatchOf(const TLayerCount& layer)
-{
-    constexpr TIEColor kGrey = 0x808080;
-    if (layer.m_Color) // objects may have others than their layer
-        return *layer.m_Color;
-    TIEColor color = 0;
-    const CIEDrawProperties* const pProperties = layer.m_pLayer ? layer.m_pLayer->GetDrawProperties() : nullptr;
-    if (pProperties && pProperties->GetColor(color))
-        return ColorForSheet(color);
-    return kGrey;
-}
-
-void AppendLayer(std::string& out, const TPixel& at, double dWidth, const TLayerCount& layer)
-{
-    constexpr double kSwatch = 14.0, kNameSize = 11.0, kCountSize = 9.0, kNameLine = 9.0, kCountLine = 20.0;
-    const std::string color = ColorToSvg(SwatchOf(layer));
-    AppendBox(out, {at.m_dX, at.m_dY, at.m_dX + kSwatch - 4, at.m_dY + kSwatch - 4},
-              fmt::format("fill=\"{}\" stroke=\"{}\"", layer.m_bDrawn ? color : "#fff", color));
-    const double dText = at.m_dX + kSwatch + 2;
-    const double dRoom = dWidth - kSwatch - 2;
-    const CString name = layer.m_pLayer ? layer.m_pLayer->GetName() : CString("(no layer)");
-    AppendText(out, {dText, at.m_dY + kNameLine}, layer.m_bDrawn ? "layer" : "off", EAnchor::Start,
-               FitWidth(name, kNameSize, dRoom));
-    AppendText(out, {dText, at.m_dY + kCountLine}, "count", EAnchor::Start,
-               FitWidth((layer.m_bDrawn ? "" : "off: ") + DescribeCounts(layer), kCountSize, dRoom));
-}
-
-} // namespace
-
-namespace Cli {
-
-void AppendLegend(std::string& out, const TSize& size, const TScene& scene)
-{
-    constexpr double kRow = 27.0, kHead = 118.0, kFirst = 126.0;
-    constexpr std::size_t kMost = 30;
-    const double dWidth = LegendWidth(size);
-    TPixel at{size.m_nWidth - kGap - dWidth, kFirst};
-    const double dRoom = size.m_nHeight - kFirst - kBottom;
-    const std::size_t nRoom = std::clamp(static_cast<std::size_t>(std::max(dRoom, kRow) / kRow), std::size_t{1}, kMost);
-    std::size_t nShown = 0, nMore = 0, nEmpty = 0;
-    out += "<g id=\"legend\">\n";
-    AppendText(out, {at.m_dX, kHead}, "head", EAnchor::Start, "Layers");
-    for (const TLayerCount& layer : scene.m_Layers) {
-        if (IsEmpty(layer)) {
-            nEmpty += layer.m_pLayer ? 1 : 0;
-        } else if (nShown == nRoom) {
-            ++nMore;
-        } else {
-            AppendLayer(out, at, dWidth, layer);
-            at.m_dY += kRow;
-            ++nShown;
-        }
-    }
-    const auto tell = [&](std::size_t nCount, const char* pWhat) {
-        if (nCount > 0) {
-            at.m_dY += kGap;
-            AppendText(out, {at.m_dX, at.m_dY}, "count", EAnchor::Start,
-                       fmt::format("and {} {}", GroupDigits(nCount), pWhat));
-        }
-    };
-    tell(nMore, "more");
-    tell(nEmpty, nEmpty == 1 ? "layer with nothing on it" : "layers with nothing on them");
-    out += "</g>\n";
 }
 
 } // namespace Cli

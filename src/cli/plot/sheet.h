@@ -1,4 +1,4 @@
-// What stands around the drawing: title, grid, scale bar, north arrow, legend.
+// What stands around the drawing: title, grid, scale bar, north arrow.
 #pragma once
 
 #include "cli/plot/scene.h"
@@ -14,6 +14,11 @@ struct TSize {
     int m_nWidth = 1200;
     int m_nHeight = 900;
 };
+
+constexpr double kGap = 12.0;    ///< between the parts of the sheet
+constexpr double kBottom = 62.0; ///< beneath the drawing
+
+double LegendWidth(const TSize& size);
 
 /// How much room the sheet leaves to the drawing.
 TBox BoxForDrawing(const TSize& size, double dLeftMargin);
@@ -52,14 +57,7 @@ void AppendTitle(std::string& out, const TSize& size, std::string_view title, st
 /// about.
 void AppendScaleBar(std::string& out, const CView& view, EDIST_UNITS units, const std::string& strGridStep);
 void AppendNorthArrow(std::string& out, const TSize& size);
-/// Layers with what lies on them. Empty layers are counted in one line, and so are those that have no room.
-void AppendLegend(std::string& out, const TSize& size, const TScene& scene);
 /// The small line at the bottom.
 void AppendFootLine(std::string& out, const TSize& size, double dLeft, std::string_view text);
-
-/// A count with commas between thousands.
-std::string GroupDigits(std::size_t nCount);
-/// "12 points, 1 line".
-std::string DescribeCounts(const TLayerCount& layer);
 
 } // namespace Cli

@@ -136,6 +136,8 @@ int CStyleTable::Take(const TStyle& style)
     const int nStyle = Enter(style);
     if (static_cast<std::size_t>(nStyle) == m_Drawn.size())
         m_Drawn.push_back(nStyle);
+    m_Counts.resize(m_Drawn.size());
+    ++m_Counts[static_cast<std::size_t>(nStyle)];
     return nStyle;
 }
 

@@ -40,6 +40,8 @@ public:
     static constexpr std::size_t kMost = 2000;
 
     int Take(const TStyle& style);
+    /// The styles that Take was given and how often, unless Reduce was called.
+    [[nodiscard]] const std::vector<int>& GetCounts() const { return m_Counts; }
     /// To be called once, behind the last Take.
     void Reduce();
 
@@ -54,6 +56,7 @@ private:
     std::vector<TStyle> m_Styles;
     std::unordered_map<std::uint64_t, int> m_ByKey;
     std::vector<int> m_Drawn;
+    std::vector<int> m_Counts;
 };
 
 } // namespace Cli

@@ -68,6 +68,8 @@ double WidthOf(char32_t c)
         return 1.0;
     if (c == 'i' || c == 'l' || c == 'j' || c == '.' || c == ',' || c == ' ' || c == ':' || c == '|')
         return 0.32;
+    if (c >= '0' && c <= '9')
+        return 0.64; // the widest among the common fonts: a digit more or less makes another point
     return (c >= 'A' && c <= 'Z') || c >= kFirstForeign ? 0.7 : 0.58;
 }
 

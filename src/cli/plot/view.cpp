@@ -5,6 +5,8 @@
 
 namespace {
 
+constexpr double kAir = 0.95; ///< of the box is taken
+
 /// Half the extent, but so much that the scale stays within what numbers can tell: a single point gets some ground
 /// around it, and points that differ by less than their coordinates can hold get more than that.
 double HalfOf(double dLeast, double dMost, double dAlone)
@@ -19,9 +21,22 @@ double HalfOf(double dLeast, double dMost, double dAlone)
 
 namespace Cli {
 
-CView::CView(const TExtent& extent, const TBox& box, bool bGeographic) : m_Box(box), m_bGeographic(bGeographic)
+CView::CView(const TExtent& extent, const TBox& box, bool bGeographic) : CView(extent, box, bGeographic, kAir) {}
+
+CView CView::OfWindow(const TExtent& window, const TBox& box, bool bGeographic)
 {
-    constexpr double kAir = 0.95;         // of the box is taken
+    CView view(window, box, bGeographic, 1.0);
+    const TPixel first = view.ToPixel(window.m_Least), last = view.ToPixel(window.m_Most);
+    const TBox shrunk{box.m_dLeft, box.m_dTop, box.m_dLeft + (last.m_dX - first.m_dX),
+                      box.m_dTop + (first.m_dY - last.m_dY)};
+    view.m_Box = shrunk;
+    view.m_MiddlePixel = {(shrunk.m_dLeft + shrunk.m_dRight) / 2.0, (shrunk.m_dTop + shrunk.m_dBottom) / 2.0};
+    return view;
+}
+
+CView::CView(const TExtent& extent, const TBox& box, bool bGeographic, double dAir)
+    : m_Box(box), m_bGeographic(bGeographic)
+{
     constexpr double kAlone = 10.0;       // metres around a single place
     constexpr double kLeastPixels = 10.0; // of a box, so that no scale is 0
     const double dAlone = bGeographic ? kAlone / kMetersOfDegree : kAlone;
@@ -36,7 +51,7 @@ CView::CView(const TExtent& extent, const TBox& box, bool bGeographic) : m_Box(b
         dNorthHalf = std::max(dNorthHalf, dAlone);
     m_dNorthScale = std::min(std::max(box.GetHeight(), kLeastPixels) / 2.0 / dNorthHalf,
                              std::max(box.GetWidth(), kLeastPixels) / 2.0 / dEastHalf) *
-                    kAir;
+                    dAir;
     m_dEastScale = m_dNorthScale * dShrink;
 }
 

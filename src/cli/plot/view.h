@@ -12,6 +12,8 @@ public:
     /// Fits an extent into a box of the sheet, with a little air around. An extent without width or height is given
     /// some. With `bGeographic` places are degrees, and one of longitude is as wide as it is at the middle latitude.
     CView(const TExtent& extent, const TBox& box, bool bGeographic);
+    /// The same without air: the box shrinks to the window.
+    static CView OfWindow(const TExtent& window, const TBox& box, bool bGeographic);
 
     [[nodiscard]] TPixel ToPixel(const TPlace& place) const
     {
@@ -35,6 +37,8 @@ public:
     }
 
 private:
+    CView(const TExtent& extent, const TBox& box, bool bGeographic, double dAir);
+
     TBox m_Box;
     TPlace m_Middle;
     TPixel m_MiddlePixel;
