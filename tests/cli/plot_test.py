@@ -127,6 +127,7 @@ class Plot(ProgramTest):
     def test_an_arc_runs_from_east_towards_north(self):
         frame = [point("", 0, 0), point("", 100, 100)]
         for start, end, first, last in ((0, 90, (0, 10), (10, 0)), (270, 45, (-10, 0), (7.0711, 7.0711)), (90, 0, (10, 0), (0, 10)),
+                                        (152.7, 512.7, (4.5865, -8.8862), (4.5865, -8.8862)), (-0.1, 359.9, (-0.0175, 10), (-0.0175, 10)),
                                         (90, 90, (10, 0), (10, 0))):
             with self.subTest(start=start):
                 arc = {"arc": "", "north": 50, "east": 50, "radius": 10, "startAngle": start, "endAngle": end}

@@ -19,9 +19,12 @@ TPlace TArc::At(double dAngle) const
 
 double SweepOf(double dStart, double dEnd)
 {
-    constexpr double kCircle = 360.0;
-    const double dSweep = std::fmod(dEnd - dStart, kCircle);
-    return dSweep <= 0.0 ? dSweep + kCircle : dSweep;
+    constexpr double kCircle = 360.0, kHalf = 180.0;
+    constexpr double kRounding = 1e-9; // the end of a circle may be off by the last digits of its angles
+    double dSweep = std::fmod(dEnd - dStart, kCircle);
+    if (dSweep <= 0.0)
+        dSweep += kCircle;
+    return dSweep < kRounding && std::abs(dEnd - dStart) > kHalf ? kCircle : dSweep;
 }
 
 TExtent ExtentOf(const TArc& arc)
