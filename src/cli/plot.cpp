@@ -27,8 +27,8 @@ std::string ListLayers(const CIEData& job)
     return text.empty() ? fmt::format("{} alone", kNoLayer) : fmt::format("{} and {}", text, kNoLayer);
 }
 
-/// The layers of a list with commas. A layer whose name has a comma can be given as the whole list. False, with the
-/// name, for one that isn't there.
+/// The layers of a list with commas, and maybe blanks around the names. A layer whose name has a comma can be given as
+/// the whole list. False, with the name, for one that isn't there.
 bool FindLayers(const CIEData& job, const std::vector<std::string>& lists, std::vector<const CIELayer*>& layers,
                 std::string& strUnknown)
 {
@@ -43,7 +43,9 @@ bool FindLayers(const CIEData& job, const std::vector<std::string>& lists, std::
             continue;
         CStringArray names;
         IEUtils::ParseValues(list, names, u',', "");
-        const auto it = std::find_if_not(names.begin(), names.end(), take);
+        const auto it = std::find_if_not(names.begin(), names.end(), [&](const std::string& name) {
+            return take(name) || take(std::string(IEUtils::Trim(name)));
+        });
         if (it != names.end() || names.empty()) {
             strUnknown = names.empty() ? list : *it;
             return false;

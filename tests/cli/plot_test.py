@@ -194,16 +194,17 @@ class Plot(ProgramTest):
             self.assertEqual(windings, [windings[0]] * 3)
 
     def test_layers_that_are_asked_for(self):
-        layers = [{"name": "A"}, {"name": "B,C", "active": False}, {"name": "D", "plot": False}, {"name": " E"}]
+        layers = [{"name": "A"}, {"name": "B,C", "active": False}, {"name": "D"}, {"name": " E", "plot": False}]
         objects = [point("a", 0, 0, layer="A"), point("b", 1, 1, layer="B,C"), point("d", 2, 2, layer="D"), point("n", 3, 3),
                    point("e", 4, 4, layer=" E")]
-        for asked, shown in ((("A",), "a"), (("A,D",), "ad"), (("B,C", ), "b"), (("D", "--layers", "B,C"), "bd"), (("A,(no layer)",), "an")):
+        for asked, shown in ((("A",), "a"), (("A,D",), "ad"), (("B,C", ), "b"), (("D", "--layers", "B,C"), "bd"), (("A,(no layer)",), "an"),
+                             (("A , D",), "ad"), (("A, E",), "ae"), (("A", "--layers", " (no layer) "), "an")):
             with self.subTest(asked):
                 picture = self.plot_job(objects, "--layers", *asked, layers=layers)
                 self.assertEqual(sorted(picture.texts("labels")), list(shown))
-        picture = self.plot("in.job.json", "--layers", "A,D")
-        self.assertEqual(picture.texts("legend"), ["Layers", "A", "1 point", "B,C", "not asked for: 1 point", "D", "1 point; not plotted",
-                                                   " E", "not asked for: 1 point", "(no layer)", "not asked for: 1 point"])
+        picture = self.plot("in.job.json", "--layers", "A, E")
+        self.assertEqual(picture.texts("legend"), ["Layers", "A", "1 point", "B,C", "not asked for: 1 point", "D", "not asked for: 1 point",
+                                                   " E", "1 point; not plotted", "(no layer)", "not asked for: 1 point"])
         self.assertEqual(picture.root.findtext(f"{SVG}text[@class='subtitle']"), "D: 2 points")
         self.assertIn("a picture of 2 points, read as job", self.said)
         os.remove(self.path("out.svg"))
