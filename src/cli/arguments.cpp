@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cmath>
 #include <sstream>
 
 namespace {
@@ -224,6 +225,24 @@ std::optional<TSize> ReadSize(std::string_view text)
     return size;
 }
 
+/// "N1,E1,N2,E2": two corners that differ in both directions.
+std::optional<std::array<double, 4>> ReadWindow(std::string_view text)
+{
+    std::array<double, 4> window{};
+    std::vector<std::string_view> parts;
+    IEUtils::ParseValues(text, parts, u',');
+    if (parts.size() != window.size())
+        return std::nullopt;
+    for (std::size_t i = 0; i < window.size(); ++i) {
+        constexpr double kFarthest = 1e12; // in whatever unit, there is nothing beyond
+        if (!IEUtils::StringToDouble(parts[i], window[i], false) || std::abs(window[i]) > kFarthest)
+            return std::nullopt;
+    }
+    if (window[0] == window[2] || window[1] == window[3])
+        return std::nullopt;
+    return window;
+}
+
 CLI::App* AddPlot(CLI::App& app, TPlotArguments& arguments)
 {
     CLI::App* const pCommand = app.add_subcommand("plot", "Draw a picture of what is in a file");
@@ -244,6 +263,16 @@ CLI::App* AddPlot(CLI::App& app, TPlotArguments& arguments)
                                            "Pixels of the picture, from 400x300 to 10000x10000 "
                                            "(1200x900)")
         ->type_name("WxH");
+    const auto takeWindow = [&arguments](const std::string& text) {
+        arguments.m_Window = ReadWindow(text);
+        if (!arguments.m_Window)
+            throw CLI::ValidationError("--window",
+                                       "\"" + text + "\" isn't north and east of two corners, as 100,200,150,280");
+    };
+    pCommand
+        ->add_option_function<std::string>("--window", takeWindow,
+                                           "Draw the ground between two corners alone, in the job's units")
+        ->type_name("N1,E1,N2,E2");
     pCommand->add_flag_callback(
         "--no-labels", [&arguments] { arguments.m_Picture.m_bLabels = false; }, "No names and codes of points");
     pCommand->add_option("--from", arguments.m_strFrom, "Form of IN: a key or a code of \"alidade formats\", or job")

@@ -5,6 +5,8 @@
 #include "cli/job_options.h"
 #include "cli/plot/picture.h"
 
+#include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -37,7 +39,8 @@ struct TPlotArguments {
     std::string m_strOut;
     std::string m_strFrom;
     TJobOptions m_Job;
-    std::vector<std::string> m_Layers; ///< lists with commas between names; none: all layers that are on
+    std::vector<std::string> m_Layers;             ///< lists with commas between names; none: all layers that are on
+    std::optional<std::array<double, 4>> m_Window; ///< north and east of two corners, in the job's units
     TPictureOptions m_Picture;
     bool m_bOverwrite = false;
     bool m_bProgress = false;

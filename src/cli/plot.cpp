@@ -2,11 +2,14 @@
 #include "cli/input.h"
 #include "cli/plot/legend.h"
 #include "cli/plot/picture.h"
+#include "cli/plot/window.h"
 #include "cli/stop.h"
 #include "platform/file.h"
 #include "vellumlib/utils.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 
 namespace {
 
@@ -59,6 +62,29 @@ std::string TitleOf(const CIEData& job, const std::string& strFile)
 {
     const CString& name = job.GetJobInfo()->m_strJobName;
     return name.empty() ? strFile.substr(FolderOf(strFile).size()) : name;
+}
+
+/// The window in metres, or degrees.
+TExtent ToExtent(const std::array<double, 4>& window, double dFactor)
+{
+    const TPlace first{window[0] / dFactor, window[1] / dFactor}, second{window[2] / dFactor, window[3] / dFactor};
+    TExtent extent{first, first};
+    extent.Widen(second);
+    return extent;
+}
+
+/// A window as the option takes it, rounded so that nothing gets lost.
+std::string WriteWindow(const TExtent& extent, double dFactor)
+{
+    constexpr double kFine = 0.01;
+    const double dStep = RoundDown125(std::max(extent.GetNorth(), extent.GetEast()) * dFactor * kFine);
+    const int nDecimals = std::max(0, static_cast<int>(std::ceil(-std::log10(dStep))));
+    const auto write = [&](double dValue, double (*round)(double)) {
+        return IEUtils::DoubleToString(round(dValue * dFactor / dStep) * dStep, nDecimals);
+    };
+    return fmt::format("--window={},{},{},{}", write(extent.m_Least.m_dNorth, std::floor),
+                       write(extent.m_Least.m_dEast, std::floor), write(extent.m_Most.m_dNorth, std::ceil),
+                       write(extent.m_Most.m_dEast, std::ceil));
 }
 
 EExit CheckTarget(const TPlotArguments& arguments, CMessages& messages)
@@ -124,6 +150,10 @@ EExit Plot(const TPlotArguments& arguments)
             return messages.Fail(EExit::Usage, fmt::format("{}: there is no layer \"{}\"; there are {}",
                                                            arguments.m_strIn, unknown, ListLayers(job)));
     }
+    const bool bGeographic = job.GetJobInfo()->GetCSType() == TIEJobInfo::Geographic;
+    const double dFactor = bGeographic ? 1.0 : IEUtils::FromMetersFactor(1.0, job.GetJobInfo()->GetDistUnits());
+    if (arguments.m_Window)
+        sceneOptions.m_Window = ToExtent(*arguments.m_Window, dFactor);
     const TScene scene = MakeScene(job, sceneOptions);
     if (IsStopAsked())
         return messages.Fail(EExit::Stopped, fmt::format("{} {}", arguments.m_strOut, ExplainExport(IE_STOPPED)));
@@ -135,6 +165,9 @@ EExit Plot(const TPlotArguments& arguments)
         messages.Warn(fmt::format("{}: there is nothing to draw, and the picture says so", arguments.m_strIn));
     for (const std::string& remark : picture.m_Remarks)
         messages.Say(fmt::format("{}: {}", arguments.m_strOut, remark));
+    if (const std::optional<TExtent> core = arguments.m_Window ? std::nullopt : FindCore(scene, bGeographic))
+        messages.Say(fmt::format("{}: little lies far off; {} draws the rest larger", arguments.m_strOut,
+                                 WriteWindow(*core, dFactor)));
     messages.Say(
         fmt::format("{}: a picture of {}, read as {}", arguments.m_strOut, DescribeDrawn(scene), form.Describe()));
     return eRead;

@@ -388,6 +388,72 @@ class Plot(ProgramTest):
         self.assertIn("and 99,974 more", picture.texts("legend"))
         self.assertRegex(picture.foot(), r"lines: [\d,]+ of 100,000 shown; lines of a kind within [\d.]+ pixels? are merged$")
 
+    def test_a_window_shows_a_part_alone(self):
+        layers = [{"name": name} for name in ("lot", "pond", "road", "ring", "far")]
+        flooded = {"draw": {"kind": "area", "color": "#00a000", "flooded": True}}
+        objects = [point("in", 105, 205), point("rim", 100, 200), point("out", 99.99, 205),
+                   line([0, 150], [210, 255], layer="road"), line([0, 150], [101, 150], layer="far"),
+                   line([105, 0], [105, 203], [300, 203], [300, 207], [105, 207], [105, 9e11], layer="road"),
+                   {"polygon": "", "stations": [[-1e9, -1e9], [-1e9, 1e9], [1e9, 0]], "layer": "lot", **flooded},
+                   {"polygon": "", "stations": [[0, 0], [0, 90], [90, 90]], "layer": "far"},
+                   {"arc": "", "north": 105, "east": -1e6 + 208, "radius": 1e6, "startAngle": -90, "endAngle": 90, "layer": "ring"},
+                   {"arc": "", "north": 105, "east": -1e6 + 230, "radius": 1e6, "startAngle": -90, "endAngle": 90, "layer": "far"},
+                   {"composite": "", "layer": "pond", "parts": [point("p", 109, 209), point("q", 0, 0)]}]
+        surface = {"name": "S", "positions": [[104, 190], [104, 1e9], [1e9, 190]], "triangles": [[0, 1, 2]]}
+        road = {"name": "A", "startPoint": 2, "objects": [{"type": "line", "azimuth": 0, "length": 100}]}
+        for window in ("100,200,110,210", "110,200,100,210", " 110 , 210,100,2e2"):
+            picture = self.plot_job(objects, "--window", window, layers=layers, dataset={"surfaces": [surface], "alignments": [road]})
+            self.assertEqual(sorted(picture.texts("labels")), ["in", "p", "rim"])
+        self.assertEqual(picture.texts("legend"), ["Layers", "lot", "1 polygon", "pond", "1 composite", "road", "2 lines", "ring", "1 arc",
+                                                   "(no layer)", "2 points, 1 surface, 1 alignment", "and 1 layer with nothing on it"])
+        self.assertIn("objects outside the window, not drawn: 4", picture.foot())
+        frame = picture.root.find(f"{SVG}svg")
+        left, top, width, height = (float(frame.get(key)) for key in ("x", "y", "width", "height"))
+        self.assertAlmostEqual(width, height, delta=0.02)
+        scale = width / 10
+        (rim, inner) = sorted(picture.marks())[:2]
+        self.assertEqual([round(value, 1) for value in rim], [round(left, 1), round(top + height, 1)])
+        self.assertAlmostEqual(inner[0], left + 5 * scale, delta=0.1)
+        for name, way in {"road": [(-2, 5), (3, 5), (3, 12), (7, 12), (7, 5), (12, 5)], "ring": [(8, -2), (8, 12)]}.items():
+            rows = ["M" + row for row in picture.layers("lines")[name][-1].get("d").split("M")[1:]]
+            drawn = [place for row in rows for place in places(ET.Element("path", d=row))]
+            for east, north in way:  # cut a fifth beyond the window
+                at = (left + east * scale, top + height - north * scale)
+                self.assertLess(min(math.dist(at, place) for place in drawn), 0.4, (name, east, north))
+            for x, y in drawn:
+                self.assertTrue(left - width / 4 < x < left + width * 1.25 and top - height / 4 < y < top + height * 1.25)
+        lot = places(picture.layers("lines")["lot"][0])
+        self.assertEqual((min(x for x, _ in lot) < left - 40, max(x for x, _ in lot) > left + width + 40), (True, True))
+
+        picture = self.plot("in.job.json", "--window=-5,-3,-8,12")
+        self.assertEqual(picture.texts("legend"), ["Layers", "lot", "1 polygon", "and 4 layers with nothing on them"])
+        self.assertEqual(picture.foot(), "objects outside the window, not drawn: 12")
+        for bad in ("1,2,3", "1,2,3,4,5", "1,2,1,4", "1,2,3,2", "1,nan,3,4", "1,2,inf,4", "1e13,2,3,4", "a,2,3,4", ""):
+            with self.subTest(bad):
+                answer = self.run_program("plot", "in.job.json", "-o", "new.svg", "--window", bad)
+                self.assertEqual(answer.status, USAGE)
+                self.assertIn(f'"{bad}" isn\'t north and east of two corners', answer.err)
+
+    def test_a_window_is_proposed_where_little_lies_far_off(self):
+        random.seed(7)
+        near = [point(f"{i}", 5000 + random.uniform(0, 80), 1000 + random.uniform(0, 120)) for i in range(60)]
+        feet = {"distanceUnits": "us-survey-feet"}
+        degrees = [point(f"{i}", 48 + random.uniform(0, 0.001), -11 + random.uniform(0, 0.001)) for i in range(60)]
+        for objects, info, shown in ((near + [point("far", 0, 0)], {}, 60), (near + [point("far", 0, 0)], feet, 60), (near, {}, None),
+                                     ([point("", 7, 7)] * 20 + [point("far", 70, -70)], {}, 20), (near + [point("", 5400, 1000)], {}, None), (near[:5] + [point("far", 0, 0)], {}, None),
+                                     (degrees + [point("far", 0, 0)], {"coordinates": "geographic"}, 60)):
+            with self.subTest(info=info, shown=shown):
+                self.plot_job(objects, info=info)
+                proposed = re.search(r"little lies far off; (--window=\S+) draws the rest larger", self.said)
+                self.assertEqual(proposed is None, shown is None)
+                if proposed:
+                    picture = self.plot("in.job.json", proposed.group(1))
+                    self.assertEqual(len(picture.marks()), shown)
+                    self.assertNotIn("little lies far off", self.said)
+                    box = picture.root.find(f"{SVG}svg")
+                    spread = max(x for x, _ in picture.marks()) - min(x for x, _ in picture.marks())
+                    self.assertEqual(spread > 0.7 * float(box.get("width")), shown == 60)
+
     def test_extents_of_every_size(self):
         for name, coordinates in {"one": [(5402328.2, 468277.6)], "same": [(7, 7)] * 3, "huge": [(1e10, -1e10), (-1e10, 1e10)],
                                   "flat": [(0, 0), (0, 1e11)], "close": [(9e11, 0), (9e11 + 1e-3, 0)], "tiny": [(0, 0), (5e-324, 0)]}.items():
