@@ -36,7 +36,7 @@ struct TJobOptions {
     std::optional<IEAsciiFields::TFields> m_OutLayout;
     std::optional<char16_t> m_Delimiter;
     std::optional<char16_t> m_OutDelimiter;
-    std::optional<unsigned> m_Kinds; ///< EKinds
+    std::optional<unsigned> m_Kinds;  ///< EKinds
     std::optional<int> m_nMostCopies; ///< of objects, by block references
     std::optional<std::string> m_JobName;
     std::optional<std::string> m_Encoding;
