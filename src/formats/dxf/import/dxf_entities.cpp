@@ -351,8 +351,9 @@ bool CDXFImporter::Surface(TToken& token)
     TRun::TCorner places[kFaceCorners];
     bool bFourth = false;
     const auto take = [&](const TToken& group) {
-        const int nFirst = group.m_nCode - (kFaceCorners - 1);
-        bFourth = bFourth || nFirst == kFirstX || nFirst == kFirstY || nFirst == kFirstZ;
+        constexpr int kFourth = kFaceCorners - 1;
+        bFourth = bFourth || group.m_nCode == kFirstX + kFourth || group.m_nCode == kFirstY + kFourth ||
+                  group.m_nCode == kFirstZ + kFourth;
         m_pRun->TakeCorner(group, entity, places, kNoBase);
     };
     if (!m_pRun->ReadEntity(token, entity, TRun::NoWidths, take))
