@@ -31,9 +31,10 @@ struct ALIDADE_API TIESettings {
     HWND m_hWnd = nullptr;                          ///< window of the finishing message; null is all windows
     CString m_strCodePage =
         "CP1252"; ///< what a file is read in that has no mark and isn't UTF-8; a name known to iconv
-    /// Objects that the block references of a drawing may make; every four stations and values of attributes of theirs
-    /// count as a further object. A reference beyond ends the import with IE_OUT_OF_MEMORY: a small file with blocks
-    /// within blocks can ask for more than any memory holds.
+    /// Objects that the block references of a drawing may make; every four stations, values of attributes or 64 bytes
+    /// of these count as a further object, and so does a code, but for what a reference tells of its first object
+    /// itself. A reference beyond ends the import with IE_OUT_OF_MEMORY: a small file can ask for more than any memory
+    /// holds.
     int m_nMostBlockCopies = 5'000'000;
     CString m_strWriteEncoding = "UTF-8"; ///< what text files are written in; a name known to iconv
 

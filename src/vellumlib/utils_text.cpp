@@ -181,6 +181,18 @@ void ParseInQuotes(std::string_view text, TSink& sink, char16_t cDelimiter)
     }
 }
 
+/// The ASCII letters of one case, of which `cFrom` is the first, as those of the other.
+CString ShiftLetters(std::string_view text, char cFrom, char cTo)
+{
+    constexpr int kLetters = 26;
+    CString shifted(text);
+    for (char& c : shifted) {
+        if (c >= cFrom && c < cFrom + kLetters)
+            c = static_cast<char>(c - cFrom + cTo);
+    }
+    return shifted;
+}
+
 } // namespace
 
 namespace IEUtils {
@@ -380,22 +392,12 @@ bool IsValidUtf8(std::string_view text)
 
 CString ToLower(std::string_view text)
 {
-    CString lower(text);
-    for (char& c : lower) {
-        if (c >= 'A' && c <= 'Z')
-            c = static_cast<char>(c - 'A' + 'a');
-    }
-    return lower;
+    return ShiftLetters(text, 'A', 'a');
 }
 
 CString ToUpper(std::string_view text)
 {
-    CString upper(text);
-    for (char& c : upper) {
-        if (c >= 'a' && c <= 'z')
-            c = static_cast<char>(c - 'a' + 'A');
-    }
-    return upper;
+    return ShiftLetters(text, 'a', 'A');
 }
 
 } // namespace IEUtils
