@@ -7,7 +7,7 @@
 #include "point_jobs.h"
 #include "usage.h"
 
-#include "transfer/entries.h"
+#include "alidade/transfer/entries.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -3,8 +3,8 @@
 #include "drawing.h"
 #include "scratch_file.h"
 
-#include "formats/dxf/import/dxf_reader.h"
-#include "transfer/entries.h"
+#include "alidade/formats/dxf/import/dxf_reader.h"
+#include "alidade/transfer/entries.h"
 
 #include <benchmark/benchmark.h>
 

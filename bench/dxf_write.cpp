@@ -8,7 +8,7 @@
 #include "point_jobs.h"
 #include "usage.h"
 
-#include "transfer/entries.h"
+#include "alidade/transfer/entries.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -3,7 +3,7 @@
 
 #include "point_list.h"
 
-#include "vellumlib/data.h"
+#include "alidade/vellumlib/data.h"
 
 #include <memory>
 

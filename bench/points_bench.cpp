@@ -3,7 +3,7 @@
 #include "point_jobs.h"
 #include "scratch_file.h"
 
-#include "transfer/entries.h"
+#include "alidade/transfer/entries.h"
 
 #include <benchmark/benchmark.h>
 

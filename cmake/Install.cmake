@@ -9,10 +9,8 @@ if(ALIDADE_PROGRAM)
     install(TARGETS alidade_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 
-foreach(header IN LISTS ALIDADE_PUBLIC_HEADERS)
-    get_filename_component(folder "${header}" DIRECTORY)
-    install(FILES "${PROJECT_SOURCE_DIR}/src/${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/alidade/${folder}")
-endforeach()
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/alidade" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+    FILES_MATCHING PATTERN "*.h")
 
 install(EXPORT alidadeTargets NAMESPACE alidade:: DESTINATION "${package_dir}")
 configure_package_config_file(cmake/alidadeConfig.cmake.in "${PROJECT_BINARY_DIR}/alidadeConfig.cmake"

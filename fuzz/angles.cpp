@@ -3,7 +3,7 @@
 
 #include "support.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // Fails if an importer of the format table isn't fed by seeds of its own, or seeds have no importer. The argument is
 // the folder that holds a folder of seeds for each importer, named by its key.
 
-#include "transfer/format_table.h"
+#include "alidade/transfer/format_table.h"
 
 #include <cstdio>
 #include <filesystem>

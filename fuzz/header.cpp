@@ -2,9 +2,9 @@
 
 #include "support.h"
 
+#include "alidade/vellumlib/utils.h"
 #include "frame/point_importer.h"
 #include "transfer/factory.h"
-#include "vellumlib/utils.h"
 
 namespace {
 

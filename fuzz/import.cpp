@@ -7,9 +7,9 @@
 #include "job_checks.h"
 #include "support.h"
 
-#include "transfer/entries.h"
+#include "alidade/transfer/entries.h"
+#include "alidade/transfer/format_table.h"
 #include "transfer/factory.h"
-#include "transfer/format_table.h"
 
 #include <algorithm>
 #include <cstdio>

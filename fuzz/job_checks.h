@@ -1,7 +1,7 @@
 // What holds for every job, whatever file it came from.
 #pragma once
 
-#include "vellumlib/data.h"
+#include "alidade/vellumlib/data.h"
 
 /// All coordinates are finite, all texts are UTF-8, all references lead somewhere, names find their objects.
 void CheckJob(const CIEData& job);

@@ -3,7 +3,7 @@
 #include "job_checks.h"
 #include "support.h"
 
-#include "jobfile/job_file.h"
+#include "alidade/jobfile/job_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize)
 {

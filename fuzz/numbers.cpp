@@ -2,7 +2,7 @@
 
 #include "support.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <charconv>
 #include <cmath>

@@ -2,8 +2,8 @@
 
 #include "support.h"
 
+#include "alidade/transfer/format_table.h"
 #include "frame/file_head.h"
-#include "transfer/format_table.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize)
 {

@@ -5,9 +5,9 @@
 //
 // The files go into FOLDER, or into the current folder. Exit status 0 if both runs ended as they should.
 
-#include "platform/file.h"
-#include "transfer/entries.h"
-#include "transfer/format_table.h"
+#include "alidade/platform/file.h"
+#include "alidade/transfer/entries.h"
+#include "alidade/transfer/format_table.h"
 
 #include <cstdio>
 #include <memory>

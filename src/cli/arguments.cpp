@@ -1,8 +1,8 @@
 #include "cli/arguments.h"
 
+#include "alidade/vellumlib/utils.h"
 #include "cli/commands.h"
 #include "cli/messages.h"
-#include "vellumlib/utils.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

@@ -1,7 +1,7 @@
 // What a job holds, in numbers.
 #pragma once
 
-#include "vellumlib/data.h"
+#include "alidade/vellumlib/data.h"
 
 #include <optional>
 #include <string>

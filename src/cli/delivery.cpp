@@ -1,8 +1,8 @@
 #include "cli/delivery.h"
 
+#include "alidade/vellumlib/utils.h"
 #include "cli/report.h"
 #include "cli/stop.h"
-#include "vellumlib/utils.h"
 
 #include <filesystem>
 #include <unordered_set>

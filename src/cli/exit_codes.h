@@ -1,7 +1,7 @@
 // What the program tells its caller.
 #pragma once
 
-#include "vellumlib/types.h"
+#include "alidade/vellumlib/types.h"
 
 #include <string_view>
 

@@ -1,6 +1,6 @@
+#include "alidade/transfer/format_table.h"
 #include "cli/commands.h"
 #include "cli/messages.h"
-#include "transfer/format_table.h"
 
 #include <algorithm>
 #include <string_view>

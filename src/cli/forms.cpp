@@ -1,7 +1,7 @@
 #include "cli/forms.h"
 
-#include "platform/file.h"
-#include "vellumlib/utils.h"
+#include "alidade/platform/file.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <algorithm>
 #include <filesystem>

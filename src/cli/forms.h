@@ -1,8 +1,8 @@
 // The forms of files: rows of the format table, and the job document, which isn't in it.
 #pragma once
 
+#include "alidade/transfer/format_table.h"
 #include "cli/messages.h"
-#include "transfer/format_table.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 #include "cli/hints.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <algorithm>
 #include <fmt/format.h>

@@ -1,8 +1,8 @@
+#include "alidade/vellumlib/utils.h"
 #include "cli/commands.h"
 #include "cli/content.h"
 #include "cli/input.h"
 #include "cli/report.h"
-#include "vellumlib/utils.h"
 
 #include <cmath>
 #include <vector>

@@ -1,6 +1,6 @@
 #include "cli/job_options.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <algorithm>
 #include <cctype>

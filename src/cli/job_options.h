@@ -1,7 +1,7 @@
 // What the command line says of a job: units, layout, kinds of objects.
 #pragma once
 
-#include "vellumlib/data.h"
+#include "alidade/vellumlib/data.h"
 
 #include <array>
 #include <optional>

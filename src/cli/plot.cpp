@@ -1,11 +1,11 @@
+#include "alidade/platform/file.h"
+#include "alidade/vellumlib/utils.h"
 #include "cli/commands.h"
 #include "cli/input.h"
 #include "cli/plot/legend.h"
 #include "cli/plot/picture.h"
 #include "cli/plot/window.h"
 #include "cli/stop.h"
-#include "platform/file.h"
-#include "vellumlib/utils.h"
 
 #include <algorithm>
 #include <array>

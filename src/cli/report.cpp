@@ -1,7 +1,7 @@
 #include "cli/report.h"
 
+#include "alidade/platform/file.h"
 #include "cli/staging.h"
-#include "platform/file.h"
 
 #include <filesystem>
 #include <map>

@@ -1,8 +1,8 @@
 // What a run lost or changed: for people, line by line, and for programs, as JSON.
 #pragma once
 
+#include "alidade/vellumlib/observer.h"
 #include "cli/forms.h"
-#include "vellumlib/observer.h"
 
 #include <nlohmann/json.hpp>
 #include <string>

@@ -1,9 +1,9 @@
 #include "cli/run.h"
 
+#include "alidade/jobfile/job_file.h"
+#include "alidade/platform/messages.h"
+#include "alidade/transfer/entries.h"
 #include "cli/stop.h"
-#include "jobfile/job_file.h"
-#include "platform/messages.h"
-#include "transfer/entries.h"
 
 #include <algorithm>
 #include <optional>

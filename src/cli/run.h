@@ -1,9 +1,9 @@
 // One import or export through the library's entries, on a thread of its own.
 #pragma once
 
+#include "alidade/vellumlib/data.h"
 #include "cli/forms.h"
 #include "cli/staging.h"
-#include "vellumlib/data.h"
 
 #include <atomic>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "cli/stop.h"
 
-#include "vellumlib/data.h"
+#include "alidade/vellumlib/data.h"
 
 #include <csignal>
 

@@ -1,8 +1,8 @@
 // One delimited line as an object, one code text as a code.
 
+#include "alidade/vellumlib/utils.h"
 #include "frame/delimited_text.h"
 #include "frame/point_importer.h"
-#include "vellumlib/utils.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 // One station as a delimited line, one object's codes as text.
 
+#include "alidade/frame/point_exporter.h"
+#include "alidade/vellumlib/utils.h"
 #include "frame/delimited_text.h"
-#include "frame/point_exporter.h"
-#include "vellumlib/utils.h"
 
 using namespace DelimitedText;
 

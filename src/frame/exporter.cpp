@@ -1,6 +1,6 @@
-#include "frame/exporter.h"
+#include "alidade/frame/exporter.h"
 
-#include "frame/format_row.h"
+#include "alidade/frame/format_row.h"
 #include "frame/losses.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 // here.
 #pragma once
 
-#include "vellumlib/types.h"
+#include "alidade/vellumlib/types.h"
 
 #include <cstddef>
 #include <string_view>

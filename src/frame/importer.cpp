@@ -1,7 +1,7 @@
-#include "frame/importer.h"
+#include "alidade/frame/importer.h"
 
-#include "vellumlib/text_file.h"
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/text_file.h"
+#include "alidade/vellumlib/utils.h"
 
 void CIEImporter::Note(TIENote::EKind eKind, const char* pCode, std::int64_t nLine, CString strRecord,
                        CString strReason) const

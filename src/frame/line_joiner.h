@@ -1,8 +1,8 @@
 // Points in a row that share a name make a line.
 #pragma once
 
-#include "platform/api.h"
-#include "vellumlib/dataset.h"
+#include "alidade/platform/api.h"
+#include "alidade/vellumlib/dataset.h"
 
 /// Puts points into a dataset in the order in which a file holds them. Consecutive ones of one name become a polyline
 /// with the codes of the first; one whose first station equals its last becomes a polygon as soon as it ends. Names are

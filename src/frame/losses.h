@@ -1,7 +1,7 @@
 // What a form can't hold is told to the host, object by object. Without an observer nothing here does anything.
 #pragma once
 
-#include "vellumlib/data.h"
+#include "alidade/vellumlib/data.h"
 
 namespace Losses {
 

@@ -1,6 +1,6 @@
-#include "frame/point_exporter.h"
+#include "alidade/frame/point_exporter.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 CIEPointExporter::~CIEPointExporter()
 {

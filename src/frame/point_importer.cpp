@@ -1,8 +1,8 @@
 #include "frame/point_importer.h"
 
+#include "alidade/vellumlib/utils.h"
 #include "frame/delimited_text.h"
 #include "frame/line_joiner.h"
-#include "vellumlib/utils.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // Reader of delimited lines, and the base of importers that read one point a line.
 #pragma once
 
-#include "frame/importer.h"
-#include "vellumlib/text_file.h"
+#include "alidade/frame/importer.h"
+#include "alidade/vellumlib/text_file.h"
 
 #include <string_view>
 

@@ -3,7 +3,7 @@
 #include "jobfile/job_parts.h"
 #include "jobfile/job_road_elements.h"
 
-#include "vellumlib/alignment.h"
+#include "alidade/vellumlib/alignment.h"
 
 template <>
 const CIECrossSection& JobFields::DefaultOf<CIECrossSection>()

@@ -1,6 +1,6 @@
 #include "jobfile/job_context.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <limits>
 #include <unordered_set>

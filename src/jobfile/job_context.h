@@ -1,7 +1,7 @@
 // What the readers and writers of a document's parts share.
 #pragma once
 
-#include "jobfile/job_file.h"
+#include "alidade/jobfile/job_file.h"
 #include "jobfile/json_text.h"
 #include "jobfile/json_tree.h"
 

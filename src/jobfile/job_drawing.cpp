@@ -2,7 +2,7 @@
 #include "jobfile/job_fields.h"
 #include "jobfile/job_parts.h"
 
-#include "vellumlib/dataset.h"
+#include "alidade/vellumlib/dataset.h"
 
 #include <array>
 #include <charconv>

@@ -1,9 +1,9 @@
-#include "jobfile/job_file.h"
+#include "alidade/jobfile/job_file.h"
 
 #include "jobfile/job_reader.h"
 #include "jobfile/job_writer.h"
 
-#include "platform/file.h"
+#include "alidade/platform/file.h"
 
 #include <filesystem>
 #include <new>

@@ -2,7 +2,7 @@
 #include "jobfile/job_fields.h"
 #include "jobfile/job_parts.h"
 
-#include "vellumlib/gps_position.h"
+#include "alidade/vellumlib/gps_position.h"
 
 #include <algorithm>
 #include <fmt/format.h>

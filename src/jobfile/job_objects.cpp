@@ -2,8 +2,8 @@
 #include "jobfile/job_fields.h"
 #include "jobfile/job_parts.h"
 
-#include "vellumlib/gps_position.h"
-#include "vellumlib/sheet_point.h"
+#include "alidade/vellumlib/gps_position.h"
+#include "alidade/vellumlib/sheet_point.h"
 
 #include <algorithm>
 

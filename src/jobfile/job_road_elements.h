@@ -3,7 +3,7 @@
 
 #include "jobfile/job_context.h"
 
-#include "vellumlib/road_elements.h"
+#include "alidade/vellumlib/road_elements.h"
 
 namespace JobParts {
 

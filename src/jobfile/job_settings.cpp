@@ -2,7 +2,7 @@
 #include "jobfile/job_fields.h"
 #include "jobfile/job_parts.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <limits>
 

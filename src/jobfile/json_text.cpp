@@ -1,6 +1,6 @@
 #include "jobfile/json_text.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,7 +1,7 @@
 // JSON text under construction.
 #pragma once
 
-#include "vellumlib/types.h"
+#include "alidade/vellumlib/types.h"
 
 #include <cstdint>
 #include <string_view>

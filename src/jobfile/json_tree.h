@@ -1,7 +1,7 @@
 // One value of a JSON document with all that is in it.
 #pragma once
 
-#include "vellumlib/types.h"
+#include "alidade/vellumlib/types.h"
 
 #include <cstdint>
 #include <string_view>

@@ -1,4 +1,4 @@
-#include "platform/file.h"
+#include "alidade/platform/file.h"
 
 #include <algorithm>
 #include <atomic>

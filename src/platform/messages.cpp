@@ -1,4 +1,4 @@
-#include "platform/messages.h"
+#include "alidade/platform/messages.h"
 
 #include <algorithm>
 #include <chrono>

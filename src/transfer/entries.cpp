@@ -1,4 +1,4 @@
-#include "transfer/entries.h"
+#include "alidade/transfer/entries.h"
 
 #include "transfer/procedures.h"
 

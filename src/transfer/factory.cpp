@@ -1,6 +1,6 @@
 #include "transfer/factory.h"
 
-#include "transfer/format_table.h"
+#include "alidade/transfer/format_table.h"
 
 #include <new>
 

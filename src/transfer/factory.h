@@ -1,8 +1,8 @@
 // Makes the importer or exporter of a format code.
 #pragma once
 
-#include "frame/exporter.h"
-#include "frame/importer.h"
+#include "alidade/frame/exporter.h"
+#include "alidade/frame/importer.h"
 
 #include <memory>
 

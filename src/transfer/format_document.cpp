@@ -1,5 +1,5 @@
 // The format table as documents.
-#include "transfer/format_table.h"
+#include "alidade/transfer/format_table.h"
 
 #include <nlohmann/json.hpp>
 

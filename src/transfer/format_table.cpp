@@ -1,5 +1,7 @@
-#include "transfer/format_table.h"
+#include "alidade/transfer/format_table.h"
 
+#include "alidade/platform/file.h"
+#include "alidade/vellumlib/data.h"
 #include "formats/dwg/formats.h"
 #include "formats/dxf/formats.h"
 #include "formats/gis/formats.h"
@@ -10,8 +12,6 @@
 #include "formats/road/formats.h"
 #include "formats/side/formats.h"
 #include "frame/file_head.h"
-#include "platform/file.h"
-#include "vellumlib/data.h"
 
 #include <algorithm>
 #include <array>

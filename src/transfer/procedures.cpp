@@ -1,13 +1,13 @@
 #include "transfer/procedures.h"
 
-#include "frame/exporter.h"
-#include "frame/importer.h"
+#include "alidade/frame/exporter.h"
+#include "alidade/frame/importer.h"
+#include "alidade/platform/file.h"
+#include "alidade/platform/messages.h"
+#include "alidade/transfer/format_table.h"
+#include "alidade/vellumlib/utils.h"
 #include "frame/losses.h"
-#include "platform/file.h"
-#include "platform/messages.h"
 #include "transfer/factory.h"
-#include "transfer/format_table.h"
-#include "vellumlib/utils.h"
 
 #include <unordered_set>
 

@@ -1,7 +1,7 @@
 // The transfer procedures: the body of a run, whichever thread it is on.
 #pragma once
 
-#include "vellumlib/data.h"
+#include "alidade/vellumlib/data.h"
 
 #include <memory>
 

@@ -1,4 +1,4 @@
-#include "vellumlib/alignment.h"
+#include "alidade/vellumlib/alignment.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
-#include "vellumlib/ascii_fields.h"
+#include "alidade/vellumlib/ascii_fields.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
-#include "vellumlib/autocad_utils.h"
+#include "alidade/vellumlib/autocad_utils.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <algorithm>
 #include <array>

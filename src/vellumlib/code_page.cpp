@@ -1,6 +1,6 @@
 #include "vellumlib/code_page.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
-#include "vellumlib/codes.h"
+#include "alidade/vellumlib/codes.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <algorithm>
 

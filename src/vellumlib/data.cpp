@@ -1,4 +1,4 @@
-#include "vellumlib/data.h"
+#include "alidade/vellumlib/data.h"
 
 std::atomic<bool> CIEData::m_bStopProcess{false};
 

@@ -1,4 +1,4 @@
-#include "vellumlib/dataset.h"
+#include "alidade/vellumlib/dataset.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "vellumlib/draw_properties.h"
+#include "alidade/vellumlib/draw_properties.h"
 
 bool CIEDrawProperties::GetColor(TIEColor& color) const
 {

@@ -1,6 +1,6 @@
 #include "vellumlib/encoding.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <algorithm>
 #include <cerrno>

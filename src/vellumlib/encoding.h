@@ -1,7 +1,7 @@
 // Encodings of text, for the reader and the writer of text files.
 #pragma once
 
-#include "vellumlib/types.h"
+#include "alidade/vellumlib/types.h"
 
 #include <cstddef>
 #include <string_view>

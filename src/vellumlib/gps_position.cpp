@@ -1,4 +1,4 @@
-#include "vellumlib/gps_position.h"
+#include "alidade/vellumlib/gps_position.h"
 
 #include <chrono>
 #include <iterator>

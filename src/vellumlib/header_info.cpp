@@ -1,4 +1,4 @@
-#include "vellumlib/header_info.h"
+#include "alidade/vellumlib/header_info.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "vellumlib/job_info.h"
+#include "alidade/vellumlib/job_info.h"
 
 bool TIEJobInfo::GetDistUnits(EDIST_UNITS& units) const
 {

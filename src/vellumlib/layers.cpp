@@ -1,4 +1,4 @@
-#include "vellumlib/layers.h"
+#include "alidade/vellumlib/layers.h"
 
 bool CIELayer::SetName(CString name)
 {

@@ -1,7 +1,7 @@
 // Numbers of binary forms, lowest byte first on every machine.
 #pragma once
 
-#include "vellumlib/types.h"
+#include "alidade/vellumlib/types.h"
 
 #include <bit>
 #include <cstdint>

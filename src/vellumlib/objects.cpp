@@ -1,6 +1,6 @@
-#include "vellumlib/objects.h"
+#include "alidade/vellumlib/objects.h"
 
-#include "vellumlib/dataset.h"
+#include "alidade/vellumlib/dataset.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "vellumlib/observer.h"
+#include "alidade/vellumlib/observer.h"
 
 void CIELedger::OnProgress(std::int64_t /*nDone*/, std::int64_t /*nTotal*/) {}
 

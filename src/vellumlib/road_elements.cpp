@@ -1,4 +1,4 @@
-#include "vellumlib/road_elements.h"
+#include "alidade/vellumlib/road_elements.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "vellumlib/road_templates.h"
+#include "alidade/vellumlib/road_templates.h"
 
 #include <algorithm>
 #include <cmath>

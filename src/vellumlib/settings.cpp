@@ -1,4 +1,4 @@
-#include "vellumlib/settings.h"
+#include "alidade/vellumlib/settings.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "vellumlib/sheet_point.h"
+#include "alidade/vellumlib/sheet_point.h"
 
 int CIESheetPoint::GetNumberOfStations() const
 {

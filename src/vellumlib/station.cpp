@@ -1,4 +1,4 @@
-#include "vellumlib/station.h"
+#include "alidade/vellumlib/station.h"
 
 namespace {
 const CString kEmpty;

@@ -1,7 +1,7 @@
 // A string of 8-bit characters that is filled at its end and taken from at its start.
 #pragma once
 
-#include "vellumlib/types.h"
+#include "alidade/vellumlib/types.h"
 
 #include <cstddef>
 #include <string_view>

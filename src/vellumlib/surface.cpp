@@ -1,4 +1,4 @@
-#include "vellumlib/surface.h"
+#include "alidade/vellumlib/surface.h"
 
 int CIETriangle::GetPosition(int k) const
 {

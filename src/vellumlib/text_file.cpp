@@ -1,7 +1,7 @@
-#include "vellumlib/text_file.h"
+#include "alidade/vellumlib/text_file.h"
 
+#include "alidade/vellumlib/utils.h"
 #include "vellumlib/encoding.h"
-#include "vellumlib/utils.h"
 
 #include <algorithm>
 #include <cstring>

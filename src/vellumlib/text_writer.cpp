@@ -1,6 +1,6 @@
+#include "alidade/vellumlib/text_file.h"
+#include "alidade/vellumlib/utils.h"
 #include "vellumlib/encoding.h"
-#include "vellumlib/text_file.h"
-#include "vellumlib/utils.h"
 
 #include <algorithm>
 

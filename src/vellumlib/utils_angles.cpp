@@ -1,5 +1,5 @@
+#include "alidade/vellumlib/utils.h"
 #include "vellumlib/rounding.h"
-#include "vellumlib/utils.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
-#include "platform/file.h"
-#include "platform/system.h"
-#include "vellumlib/utils.h"
+#include "alidade/platform/file.h"
+#include "alidade/platform/system.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <algorithm>
 

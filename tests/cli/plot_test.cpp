@@ -1,10 +1,10 @@
+#include "alidade/vellumlib/utils.h"
 #include "cli/plot/clip.h"
 #include "cli/plot/lines.h"
 #include "cli/plot/picture.h"
 #include "cli/plot/points.h"
 #include "cli/plot/road.h"
 #include "cli/plot/thinning.h"
-#include "vellumlib/utils.h"
 
 #include <cmath>
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 // What holds for every form of the format table. A form that is built later is held to it without a line of its own.
 
+#include "alidade/frame/exporter.h"
 #include "formats/row_fixture.h"
-#include "frame/exporter.h"
 #include "transfer/factory.h"
 
 #include <cmath>

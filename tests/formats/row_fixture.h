@@ -1,10 +1,10 @@
 // What tests over the format table share: the built rows, and runs of them through the entries.
 #pragma once
 
+#include "alidade/transfer/entries.h"
+#include "alidade/transfer/format_table.h"
 #include "support/files.h"
 #include "support/jobs.h"
-#include "transfer/entries.h"
-#include "transfer/format_table.h"
 
 /// A form that is written and read.
 struct TFormPair {

@@ -1,6 +1,6 @@
-#include "frame/point_exporter.h"
+#include "alidade/frame/point_exporter.h"
 
-#include "frame/format_row.h"
+#include "alidade/frame/format_row.h"
 #include "support/files.h"
 #include "support/jobs.h"
 

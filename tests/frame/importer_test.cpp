@@ -1,7 +1,7 @@
 // The read loop: what a stop and a want of memory leave behind, and how often the memory is looked at.
 
+#include "alidade/platform/system.h"
 #include "frame/point_importer.h"
-#include "platform/system.h"
 #include "support/files.h"
 #include "support/jobs.h"
 

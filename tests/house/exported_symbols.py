@@ -63,7 +63,7 @@ def main():
     # the two places that make a class visible must agree, else the linker hides it without a word
     listed = {name.split("::")[-1] for name in exported["class"] + exported["inline"]}
     for name in project_files(root, (".h",)):
-        if name.startswith("src/"):
+        if name.startswith(("src/", "include/")):
             for found in API_CLASS.findall(read_text(os.path.join(root, name))):
                 if found not in listed:
                     faults.append(f"{name}: {found} has ALIDADE_API but isn't in cmake/exported.txt")

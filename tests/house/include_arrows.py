@@ -1,7 +1,7 @@
-"""Reads the #include lines of src/ and fails when an arrow points the wrong way (docs/architecture.md, layers).
+"""Reads the #include lines of src/ and include/ and fails when an arrow points the wrong way (docs/architecture.md, layers).
 
-usage: include_arrows.py ROOT [PUBLIC_HEADERS]
-PUBLIC_HEADERS is a file that lists the public headers; then the program and the public headers may include only those.
+usage: include_arrows.py ROOT
+What stands in include/ is public; the program and the public headers may include only that.
 """
 
 import os
@@ -9,7 +9,7 @@ import sys
 
 from house import INCLUDE, finish, project_files, read_list, read_text
 
-FORMATS = "formats/"
+PUBLIC = "alidade/"
 
 # what a folder may include besides itself; the format families are told apart further down
 BELOW = {
@@ -67,34 +67,35 @@ def main():
     root = os.path.abspath(sys.argv[1])
     src = os.path.join(root, "src")
     shared = set(read_list(os.path.join(src, "formats/shared.txt")))
-    public = set(read_list(sys.argv[2])) if len(sys.argv) > 2 else None
 
     faults = []
     arrows = 0
     for name in project_files(root, (".h", ".cpp")):
-        if not name.startswith("src/"):
+        if not name.startswith(("src/", "include/alidade/")):
             continue
-        path = name[len("src/"):]
+        is_public = name.startswith("include/")
+        path = name[len("include/alidade/") if is_public else len("src/"):]
         here = path.split("/")[0]
         if here not in BELOW:
             faults.append(f"{name}: no layer is told for the folder {here}")
             continue
         for target in INCLUDE.findall(read_text(os.path.join(root, name))):
             arrows += 1
-            fault = fault_of(path, target, shared)
-            if fault is None and not os.path.isfile(os.path.join(src, target)):
+            to_public = target.startswith(PUBLIC)
+            fault = fault_of(path, target.removeprefix(PUBLIC), shared)
+            if fault is None and not os.path.isfile(os.path.join(root, "include" if to_public else "src", target)):
                 fault = "there is no such file"
-            if fault is None and public is not None and target not in public:
-                if path in public:
-                    fault = "a public header includes only public headers (src/CMakeLists.txt)"
+            if fault is None and not to_public:
+                if is_public:
+                    fault = "a public header includes only public headers"
                 elif here == "cli" and not target.startswith("cli/"):
-                    fault = "the program is a host: it includes only public headers (src/CMakeLists.txt)"
+                    fault = "the program is a host: it includes only public headers"
             if fault is not None:
                 faults.append(f'{name}: #include "{target}": {fault}')
 
     for path in sorted(shared):
-        if not os.path.isfile(os.path.join(src, path)):
-            faults.append(f"src/formats/shared.txt: there is no src/{path}")
+        if not any(os.path.isfile(os.path.join(root, top, path)) for top in ("src", "include/alidade")):
+            faults.append(f"src/formats/shared.txt: there is no {path}")
     return finish(faults, f"{arrows} arrows point the right way")
 
 

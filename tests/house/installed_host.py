@@ -47,7 +47,7 @@ def main():
         # a moved tree must work too
         moved = os.path.join(scratch, "moved here")
         os.rename(prefix, moved)
-        include = os.path.join(moved, "include/alidade")
+        include = os.path.join(moved, "include")
         count = check_headers(compiler, include)
         print(f"{count} headers compile by themselves")
 

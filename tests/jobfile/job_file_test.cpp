@@ -1,5 +1,5 @@
 // Job documents: what is written, that it comes back, files and disks.
-#include "jobfile/job_file.h"
+#include "alidade/jobfile/job_file.h"
 
 #include "jobfile/job_samples.h"
 #include "support/files.h"

@@ -1,5 +1,5 @@
 // Job documents that aren't taken: where the message points, and that hostile text does no harm.
-#include "jobfile/job_file.h"
+#include "alidade/jobfile/job_file.h"
 
 #include "jobfile/job_samples.h"
 

@@ -3,7 +3,7 @@
 
 #include "support/jobs.h"
 
-#include "vellumlib/alignment.h"
+#include "alidade/vellumlib/alignment.h"
 
 #include <random>
 

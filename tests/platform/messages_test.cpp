@@ -1,4 +1,4 @@
-#include "platform/messages.h"
+#include "alidade/platform/messages.h"
 
 #include <atomic>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "platform/system.h"
+#include "alidade/platform/system.h"
 
 #include <chrono>
 #include <clocale>

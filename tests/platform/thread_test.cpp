@@ -1,4 +1,4 @@
-#include "platform/thread.h"
+#include "alidade/platform/thread.h"
 
 #include <atomic>
 #include <limits>

@@ -1,7 +1,7 @@
 // Files for tests: a folder that vanishes, bytes in and out, golden files, disks and openings that fail.
 #pragma once
 
-#include "platform/file.h"
+#include "alidade/platform/file.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,8 +1,8 @@
 // Jobs for tests: built in a few words, told in one line an object.
 #pragma once
 
-#include "vellumlib/data.h"
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/data.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <cmath>
 #include <initializer_list>

@@ -1,7 +1,7 @@
-#include "transfer/format_table.h"
+#include "alidade/transfer/format_table.h"
 
+#include "alidade/vellumlib/data.h"
 #include "transfer/factory.h"
-#include "vellumlib/data.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

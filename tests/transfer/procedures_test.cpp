@@ -1,7 +1,7 @@
-#include "platform/messages.h"
+#include "alidade/platform/messages.h"
+#include "alidade/transfer/entries.h"
 #include "support/files.h"
 #include "support/jobs.h"
-#include "transfer/entries.h"
 
 #include <gmock/gmock.h>
 

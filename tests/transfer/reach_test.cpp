@@ -1,9 +1,9 @@
 // What a run doesn't come to is told, and told once.
 
-#include "frame/point_exporter.h"
+#include "alidade/frame/point_exporter.h"
+#include "alidade/transfer/entries.h"
 #include "support/files.h"
 #include "support/jobs.h"
-#include "transfer/entries.h"
 #include "transfer/factory.h"
 
 #include <atomic>

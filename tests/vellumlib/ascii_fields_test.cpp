@@ -1,7 +1,7 @@
-#include "vellumlib/ascii_fields.h"
+#include "alidade/vellumlib/ascii_fields.h"
 
+#include "alidade/vellumlib/settings.h"
 #include "support/files.h"
-#include "vellumlib/settings.h"
 
 #include <gtest/gtest.h>
 

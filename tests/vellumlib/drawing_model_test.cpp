@@ -1,6 +1,6 @@
 // What the job model holds for drawings.
-#include "vellumlib/autocad_utils.h"
-#include "vellumlib/data.h"
+#include "alidade/vellumlib/autocad_utils.h"
+#include "alidade/vellumlib/data.h"
 
 #include <gtest/gtest.h>
 

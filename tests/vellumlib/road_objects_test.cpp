@@ -1,6 +1,6 @@
 // The road objects: keys and positions, the computed parabola, templates by name, and offsets in both forms.
-#include "vellumlib/alignment.h"
-#include "vellumlib/data.h"
+#include "alidade/vellumlib/alignment.h"
+#include "alidade/vellumlib/data.h"
 
 #include <gtest/gtest.h>
 

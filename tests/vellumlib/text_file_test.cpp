@@ -1,6 +1,6 @@
-#include "platform/file.h"
-#include "vellumlib/text_file.h"
-#include "vellumlib/utils.h"
+#include "alidade/platform/file.h"
+#include "alidade/vellumlib/text_file.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <filesystem>
 #include <fstream>

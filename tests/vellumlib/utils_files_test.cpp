@@ -1,5 +1,5 @@
-#include "platform/file.h"
-#include "vellumlib/utils.h"
+#include "alidade/platform/file.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <random>
 #include <string>

@@ -1,10 +1,10 @@
 // What a picture shows of a job, apart from how it is laid out on the sheet.
 #pragma once
 
+#include "alidade/vellumlib/data.h"
 #include "cli/plot/arc.h"
 #include "cli/plot/place.h"
 #include "cli/plot/style.h"
-#include "vellumlib/data.h"
 
 #include <array>
 #include <cstddef>

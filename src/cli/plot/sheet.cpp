@@ -1,6 +1,6 @@
 #include "cli/plot/sheet.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <algorithm>
 #include <cmath>

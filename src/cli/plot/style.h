@@ -1,7 +1,7 @@
 // How objects are drawn: colour, line type and width, told by themselves, their code or their layer.
 #pragma once
 
-#include "vellumlib/objects.h"
+#include "alidade/vellumlib/objects.h"
 
 #include <cstdint>
 #include <unordered_map>

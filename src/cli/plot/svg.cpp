@@ -1,6 +1,6 @@
 #include "cli/plot/svg.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <cmath>
 #include <fmt/format.h>

@@ -1,7 +1,7 @@
 // Pieces of an SVG document.
 #pragma once
 
-#include "vellumlib/draw_properties.h"
+#include "alidade/vellumlib/draw_properties.h"
 
 #include <cstdint>
 #include <string>

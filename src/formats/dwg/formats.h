@@ -1,6 +1,6 @@
 // Rows of the drawings that go through the drawing engine.
 #pragma once
 
-#include "frame/format_row.h"
+#include "alidade/frame/format_row.h"
 
 TIEFormatRows GetDwgFormats();

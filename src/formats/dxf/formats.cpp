@@ -1,7 +1,7 @@
 #include "formats/dxf/formats.h"
 
-#include "formats/dxf/export/dxf_exporter.h"
-#include "formats/dxf/import/dxf_importer.h"
+#include "alidade/formats/dxf/export/dxf_exporter.h"
+#include "alidade/formats/dxf/import/dxf_importer.h"
 #include "frame/file_head.h"
 
 namespace {

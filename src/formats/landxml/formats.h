@@ -1,6 +1,6 @@
 // Rows of LandXML.
 #pragma once
 
-#include "frame/format_row.h"
+#include "alidade/frame/format_row.h"
 
 TIEFormatRows GetLandXmlFormats();

@@ -1,7 +1,7 @@
 #include "formats/points/binary_points.h"
 
+#include "alidade/vellumlib/utils.h"
 #include "vellumlib/little_endian.h"
-#include "vellumlib/utils.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 // Binary point list: a header, then records of one size to the end of the file.
 #pragma once
 
-#include "frame/format_row.h"
-#include "frame/importer.h"
-#include "frame/point_exporter.h"
+#include "alidade/frame/format_row.h"
+#include "alidade/frame/importer.h"
+#include "alidade/frame/point_exporter.h"
 #include "vellumlib/code_page.h"
 
 #include <string_view>

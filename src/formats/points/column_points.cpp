@@ -1,6 +1,6 @@
 #include "formats/points/column_points.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "formats/points/cor_lev.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <array>
 #include <cmath>

@@ -1,8 +1,8 @@
 // A pair of files with one base name: east and north in ".cor", heights in ".lev".
 #pragma once
 
-#include "frame/importer.h"
-#include "frame/point_exporter.h"
+#include "alidade/frame/importer.h"
+#include "alidade/frame/point_exporter.h"
 
 #include <string_view>
 #include <unordered_map>

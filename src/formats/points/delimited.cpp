@@ -1,10 +1,10 @@
 #include "formats/points/delimited.h"
 
+#include "alidade/frame/format_row.h"
+#include "alidade/vellumlib/utils.h"
 #include "frame/delimited_text.h"
-#include "frame/format_row.h"
 #include "frame/losses.h"
 #include "frame/point_importer.h"
-#include "vellumlib/utils.h"
 
 #include <algorithm>
 

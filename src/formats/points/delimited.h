@@ -1,7 +1,7 @@
 // User-defined delimited text, for the factory: the reader and the writer themselves are the defaults of the frame.
 #pragma once
 
-#include "frame/point_exporter.h"
+#include "alidade/frame/point_exporter.h"
 
 /// Writes delimited text and tells the host what won't come back from it as it is in the job: what the layout has no
 /// field for, what the reader will join into a line, and texts whose characters mean something else to the reader.

@@ -1,5 +1,6 @@
 #include "formats/points/formats.h"
 
+#include "alidade/formats/points/sima.h"
 #include "formats/points/binary_points.h"
 #include "formats/points/blocks/block_exporter.h"
 #include "formats/points/blocks/block_importer.h"
@@ -14,7 +15,6 @@
 #include "formats/points/job_history_list.h"
 #include "formats/points/recognize.h"
 #include "formats/points/sheet_points.h"
-#include "formats/points/sima.h"
 #include "frame/point_importer.h"
 
 #include <type_traits>

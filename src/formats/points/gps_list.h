@@ -1,8 +1,8 @@
 // Delimited lists of GPS positions.
 #pragma once
 
-#include "frame/format_row.h"
-#include "frame/point_exporter.h"
+#include "alidade/frame/format_row.h"
+#include "alidade/frame/point_exporter.h"
 
 /// What passes through the form, if the layout has a field for it.
 constexpr unsigned kGPSListCarries = CARRIES_GPS_DATA | CARRIES_POINT_KINDS | CARRIES_CODES | CARRIES_ATTRIBUTES |

@@ -1,8 +1,8 @@
 // The job history as comma-separated lines.
 #pragma once
 
-#include "frame/format_row.h"
-#include "frame/point_exporter.h"
+#include "alidade/frame/format_row.h"
+#include "alidade/frame/point_exporter.h"
 
 /// What passes through the form.
 constexpr unsigned kJobHistoryListCarries = CARRIES_JOB_HISTORY;

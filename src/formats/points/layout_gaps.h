@@ -1,7 +1,7 @@
 // What an object has and a chosen layout has no field for.
 #pragma once
 
-#include "vellumlib/ascii_fields.h"
+#include "alidade/vellumlib/ascii_fields.h"
 
 #include <cstddef>
 #include <string_view>

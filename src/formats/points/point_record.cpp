@@ -1,6 +1,6 @@
 #include "formats/points/point_record.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 // points costs a table.
 #pragma once
 
-#include "vellumlib/data.h"
+#include "alidade/vellumlib/data.h"
 
 #include <cstdint>
 #include <span>

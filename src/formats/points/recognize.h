@@ -1,7 +1,7 @@
 // Telling point lists by their first lines.
 #pragma once
 
-#include "frame/format_row.h"
+#include "alidade/frame/format_row.h"
 
 /// SIMA with names, and SIMA with running numbers alone: the first record decides which of the two, and a file without
 /// records is taken for the form with names.

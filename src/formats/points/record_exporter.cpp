@@ -1,8 +1,8 @@
 #include "formats/points/record_exporter.h"
 
-#include "frame/format_row.h"
+#include "alidade/frame/format_row.h"
+#include "alidade/vellumlib/utils.h"
 #include "vellumlib/code_page.h"
-#include "vellumlib/utils.h"
 
 #include <cmath>
 

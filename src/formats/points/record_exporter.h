@@ -1,8 +1,8 @@
 // Base of the exporters that write each point as one record.
 #pragma once
 
+#include "alidade/frame/point_exporter.h"
 #include "formats/points/point_record.h"
-#include "frame/point_exporter.h"
 
 #include <span>
 

@@ -1,6 +1,6 @@
 #include "formats/points/record_importer.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 CIERecordImporter::CIERecordImporter(CIEData* pData, CString strFileName, const TIEReadForm& form)
     : CIEImporter(pData, std::move(strFileName)), m_Reader(form, *pData->GetJobInfo()), m_Form(form)

@@ -1,9 +1,9 @@
 // Base of the importers that read point records line by line.
 #pragma once
 
+#include "alidade/frame/importer.h"
+#include "alidade/vellumlib/text_file.h"
 #include "formats/points/point_record.h"
-#include "frame/importer.h"
-#include "vellumlib/text_file.h"
 
 #include <string_view>
 

@@ -1,7 +1,7 @@
 // Texts of the job that a delimited row can't hold as they are.
 #pragma once
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <string_view>
 #include <vector>

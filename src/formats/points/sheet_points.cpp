@@ -1,9 +1,9 @@
 #include "formats/points/sheet_points.h"
 
+#include "alidade/vellumlib/utils.h"
 #include "formats/points/layout_gaps.h"
 #include "formats/points/row_texts.h"
 #include "frame/losses.h"
-#include "vellumlib/utils.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
-#include "formats/points/sima.h"
+#include "alidade/formats/points/sima.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 namespace {
 

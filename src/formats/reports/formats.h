@@ -1,6 +1,6 @@
 // Rows of the readable reports.
 #pragma once
 
-#include "frame/format_row.h"
+#include "alidade/frame/format_row.h"
 
 TIEFormatRows GetReportFormats();

@@ -1,6 +1,6 @@
 // Rows of the alignments, roads and templates.
 #pragma once
 
-#include "frame/format_row.h"
+#include "alidade/frame/format_row.h"
 
 TIEFormatRows GetRoadFormats();

@@ -1,10 +1,10 @@
 // Drawings for tests, told as groups between bars: "0 POINT|8 WALLS|10 1.5|20 2". The first blank ends the code.
 #pragma once
 
+#include "alidade/transfer/entries.h"
+#include "alidade/vellumlib/autocad_utils.h"
 #include "support/files.h"
 #include "support/jobs.h"
-#include "transfer/entries.h"
-#include "vellumlib/autocad_utils.h"
 #include "vellumlib/little_endian.h"
 
 namespace Drawing {

@@ -1,5 +1,5 @@
+#include "alidade/formats/dxf/export/dxf_exporter.h"
 #include "formats/dxf/dxf_jobs.h"
-#include "formats/dxf/export/dxf_exporter.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // Jobs for the tests of drawings, and their export.
 #pragma once
 
+#include "alidade/transfer/entries.h"
 #include "support/files.h"
 #include "support/jobs.h"
-#include "transfer/entries.h"
 
 #include <optional>
 

@@ -1,4 +1,4 @@
-#include "formats/dxf/export/core_dxf_exporter.h"
+#include "alidade/formats/dxf/export/core_dxf_exporter.h"
 #include "formats/dxf/export/dxf_output.h"
 #include "support/files.h"
 

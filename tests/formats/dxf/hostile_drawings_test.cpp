@@ -1,8 +1,8 @@
 // Drawings that are cut, that lie, that ask for too much, and runs that are stopped.
 #include "drawing.h"
 
-#include "formats/dxf/import/dxf_reader.h"
-#include "platform/system.h"
+#include "alidade/formats/dxf/import/dxf_reader.h"
+#include "alidade/platform/system.h"
 
 namespace {
 

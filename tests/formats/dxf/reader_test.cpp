@@ -1,7 +1,7 @@
 // Groups of drawing files, and the words among them.
 #include "drawing.h"
 
-#include "formats/dxf/import/dxf_reader.h"
+#include "alidade/formats/dxf/import/dxf_reader.h"
 
 #include <cmath>
 

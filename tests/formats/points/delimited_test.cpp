@@ -1,5 +1,5 @@
+#include "alidade/platform/system.h"
 #include "formats/points/points_fixture.h"
-#include "platform/system.h"
 
 #include <gmock/gmock.h>
 

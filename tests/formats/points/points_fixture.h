@@ -1,9 +1,9 @@
 // What the tests of the point lists share: text into a job, a job into bytes, both through the entries.
 #pragma once
 
+#include "alidade/transfer/entries.h"
 #include "support/files.h"
 #include "support/jobs.h"
-#include "transfer/entries.h"
 
 /// An import of a text.
 struct TImported {

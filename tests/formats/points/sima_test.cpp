@@ -1,5 +1,5 @@
+#include "alidade/formats/points/sima.h"
 #include "formats/points/points_fixture.h"
-#include "formats/points/sima.h"
 
 #include <gmock/gmock.h>
 

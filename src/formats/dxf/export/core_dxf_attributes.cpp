@@ -1,7 +1,7 @@
 // Codes as attributes of blocks.
-#include "formats/dxf/export/core_dxf_exporter.h"
+#include "alidade/formats/dxf/export/core_dxf_exporter.h"
+#include "alidade/vellumlib/utils.h"
 #include "formats/dxf/export/dxf_output.h"
-#include "vellumlib/utils.h"
 
 struct TDXFAttribute {
     CString m_strTag;

@@ -1,5 +1,5 @@
 // What stands ahead of the objects of a drawing: header variables, line types and layers.
-#include "formats/dxf/export/core_dxf_exporter.h"
+#include "alidade/formats/dxf/export/core_dxf_exporter.h"
 #include "formats/dxf/export/dxf_output.h"
 
 #include <cmath>

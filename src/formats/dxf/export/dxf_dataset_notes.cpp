@@ -1,6 +1,6 @@
+#include "alidade/vellumlib/utils.h"
 #include "formats/dxf/export/dxf_note_words.h"
 #include "formats/dxf/export/dxf_notes.h"
-#include "vellumlib/utils.h"
 
 using namespace DXFNoteWords;
 

@@ -1,4 +1,4 @@
-#include "formats/dxf/export/dxf_exporter.h"
+#include "alidade/formats/dxf/export/dxf_exporter.h"
 
 CDXFExporter::CDXFExporter(CIEData* pData, const CString& strFileName) : CCoreDXFExporter(pData, strFileName)
 {

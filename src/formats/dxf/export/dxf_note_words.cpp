@@ -1,8 +1,8 @@
 #include "formats/dxf/export/dxf_note_words.h"
 
-#include "formats/dxf/export/core_dxf_exporter.h"
+#include "alidade/formats/dxf/export/core_dxf_exporter.h"
+#include "alidade/vellumlib/utils.h"
 #include "formats/dxf/export/dxf_output.h"
-#include "vellumlib/utils.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 // What the notes on a drawing share.
 #pragma once
 
-#include "vellumlib/draw_properties.h"
-#include "vellumlib/types.h"
+#include "alidade/vellumlib/draw_properties.h"
+#include "alidade/vellumlib/types.h"
 
 #include <string_view>
 

@@ -1,9 +1,9 @@
 #include "formats/dxf/export/dxf_notes.h"
 
+#include "alidade/vellumlib/autocad_utils.h"
+#include "alidade/vellumlib/utils.h"
 #include "formats/dxf/export/dxf_note_words.h"
 #include "formats/dxf/export/dxf_output.h"
-#include "vellumlib/autocad_utils.h"
-#include "vellumlib/utils.h"
 
 #include <algorithm>
 #include <cmath>

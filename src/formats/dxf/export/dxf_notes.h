@@ -1,7 +1,7 @@
 // What a drawing doesn't hold, or not as the job does, is told to the host.
 #pragma once
 
-#include "vellumlib/data.h"
+#include "alidade/vellumlib/data.h"
 
 #include <string_view>
 #include <unordered_map>

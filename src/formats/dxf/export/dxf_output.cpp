@@ -1,8 +1,8 @@
 #include "formats/dxf/export/dxf_output.h"
 
+#include "alidade/vellumlib/utils.h"
 #include "vellumlib/encoding.h"
 #include "vellumlib/little_endian.h"
-#include "vellumlib/utils.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,8 +1,8 @@
 // Writes the groups of a drawing file, in text or binary form.
 #pragma once
 
-#include "platform/file.h"
-#include "vellumlib/types.h"
+#include "alidade/platform/file.h"
+#include "alidade/vellumlib/types.h"
 
 #include <cstddef>
 #include <string_view>

@@ -1,4 +1,4 @@
-#include "formats/dxf/import/dxf_importer.h"
+#include "alidade/formats/dxf/import/dxf_importer.h"
 
 #include "formats/dxf/import/dxf_run.h"
 

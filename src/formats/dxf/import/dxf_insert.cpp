@@ -1,6 +1,6 @@
 #include "formats/dxf/import/dxf_run.h"
 
-#include "vellumlib/utils.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <algorithm>
 #include <cmath>

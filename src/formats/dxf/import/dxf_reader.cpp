@@ -1,8 +1,8 @@
-#include "formats/dxf/import/dxf_reader.h"
+#include "alidade/formats/dxf/import/dxf_reader.h"
 
-#include "platform/file.h"
+#include "alidade/platform/file.h"
+#include "alidade/vellumlib/utils.h"
 #include "vellumlib/little_endian.h"
-#include "vellumlib/utils.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,7 +1,7 @@
 #include "formats/dxf/import/dxf_run.h"
 
+#include "alidade/vellumlib/utils.h"
 #include "vellumlib/encoding.h"
-#include "vellumlib/utils.h"
 
 #include <algorithm>
 #include <cmath>

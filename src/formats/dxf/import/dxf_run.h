@@ -1,8 +1,8 @@
 // What one run of the importer of drawings works with. Private to the importer's own sources.
 #pragma once
 
-#include "formats/dxf/import/dxf_importer.h"
-#include "formats/dxf/import/dxf_reader.h"
+#include "alidade/formats/dxf/import/dxf_importer.h"
+#include "alidade/formats/dxf/import/dxf_reader.h"
 #include "formats/dxf/import/dxf_tally.h"
 #include "formats/dxf/import/dxf_text.h"
 

@@ -1,7 +1,7 @@
 #include "formats/dxf/import/dxf_tally.h"
 
-#include "formats/dxf/import/dxf_reader.h"
-#include "vellumlib/utils.h"
+#include "alidade/formats/dxf/import/dxf_reader.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <algorithm>
 

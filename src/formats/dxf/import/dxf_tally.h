@@ -1,8 +1,8 @@
 // What of a drawing didn't come in whole, counted by kind, because a drawing has many things of few kinds.
 #pragma once
 
-#include "vellumlib/observer.h"
-#include "vellumlib/types.h"
+#include "alidade/vellumlib/observer.h"
+#include "alidade/vellumlib/types.h"
 
 #include <array>
 #include <functional>

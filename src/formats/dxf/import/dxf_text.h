@@ -1,7 +1,7 @@
 // Texts of a drawing, which are bytes, as texts of the job.
 #pragma once
 
-#include "formats/dxf/import/dxf_reader.h"
+#include "alidade/formats/dxf/import/dxf_reader.h"
 #include "formats/dxf/import/dxf_tally.h"
 #include "vellumlib/code_page.h"
 

@@ -1,4 +1,4 @@
-#include "formats/dxf/import/dxf_token.h"
+#include "alidade/formats/dxf/import/dxf_token.h"
 
 namespace {
 

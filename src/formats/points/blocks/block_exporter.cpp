@@ -1,7 +1,7 @@
 #include "formats/points/blocks/block_exporter.h"
 
-#include "frame/format_row.h"
-#include "vellumlib/utils.h"
+#include "alidade/frame/format_row.h"
+#include "alidade/vellumlib/utils.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,9 +1,9 @@
 // Writers of points in framed blocks.
 #pragma once
 
+#include "alidade/frame/point_exporter.h"
 #include "formats/points/blocks/block_record.h"
 #include "frame/block_writer.h"
-#include "frame/point_exporter.h"
 
 #include <array>
 

@@ -1,9 +1,9 @@
 #include "formats/points/blocks/block_importer.h"
 
+#include "alidade/vellumlib/utils.h"
 #include "formats/points/blocks/block_reader.h"
 #include "frame/block_writer.h"
 #include "frame/line_joiner.h"
-#include "vellumlib/utils.h"
 
 #include <algorithm>
 #include <deque>

@@ -1,8 +1,8 @@
 // Readers of points in framed blocks.
 #pragma once
 
+#include "alidade/frame/importer.h"
 #include "formats/points/blocks/block_record.h"
-#include "frame/importer.h"
 
 class CIELineJoiner;
 

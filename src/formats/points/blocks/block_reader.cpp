@@ -1,7 +1,7 @@
 #include "formats/points/blocks/block_reader.h"
 
+#include "alidade/vellumlib/utils.h"
 #include "frame/block_writer.h"
-#include "vellumlib/utils.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 // The text of a file of blocks.
 #pragma once
 
-#include "platform/file.h"
+#include "alidade/platform/file.h"
+#include "alidade/vellumlib/text_file.h"
 #include "vellumlib/code_page.h"
-#include "vellumlib/text_file.h"
 
 #include <string_view>
 

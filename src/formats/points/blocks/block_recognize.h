@@ -1,7 +1,7 @@
 // Telling the forms in blocks by the first record.
 #pragma once
 
-#include "frame/format_row.h"
+#include "alidade/frame/format_row.h"
 
 /// Surely if a file of blocks, or of plain lines, begins with a record of the form. Blocks that hold no record may be
 /// of any of them.

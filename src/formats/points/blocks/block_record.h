@@ -1,8 +1,8 @@
 // Records of a stream of blocks: tagged fields, one point a record.
 #pragma once
 
+#include "alidade/vellumlib/types.h"
 #include "vellumlib/code_page.h"
-#include "vellumlib/types.h"
 
 #include <string_view>
 
