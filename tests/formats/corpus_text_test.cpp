@@ -1,4 +1,5 @@
 #include "formats/row_fixture.h"
+#include "support/places.h"
 
 #include <set>
 #include <sstream>
@@ -55,7 +56,7 @@ protected:
     void SetUp() override
     {
         const char* const pPlace = std::getenv("ALIDADE_CORPUS");
-        m_strFolder = CString(pPlace ? pPlace : ALIDADE_SOURCE_DIR "/../shared/corpus") + "/survey-text/";
+        m_strFolder = (pPlace ? CString(pPlace) : SourcePath("../shared/corpus")) + "/survey-text/";
         if (!std::filesystem::exists(m_strFolder))
             GTEST_SKIP() << "no collection of survey files: " << m_strFolder << "; ALIDADE_CORPUS can name its folder";
     }

@@ -3,6 +3,7 @@
 
 #include "jobfile/job_samples.h"
 #include "support/files.h"
+#include "support/places.h"
 
 #include <nlohmann/json.hpp>
 
@@ -361,7 +362,7 @@ TEST(JobFile, TheHostsThingsStayWithTheJob)
 
 TEST(JobDocumentPage, ItsExamplesCanBeRead)
 {
-    const std::vector<CString> blocks = JsonBlocks(ReadFile(ALIDADE_SOURCE_DIR "/docs/job-document.md"));
+    const std::vector<CString> blocks = JsonBlocks(ReadFile(SourcePath("docs/job-document.md")));
     ASSERT_GE(blocks.size(), 8U);
     for (const CString& block : blocks) {
         CIEData job;
@@ -378,7 +379,7 @@ TEST(JobDocumentPage, ItTellsEveryKey)
 {
     CIEData job;
     JobSamples::FillRichJob(job);
-    const CString page = ReadFile(ALIDADE_SOURCE_DIR "/docs/job-document.md");
+    const CString page = ReadFile(SourcePath("docs/job-document.md"));
     std::set<CString> keys;
     const auto collect = [&keys](int, nlohmann::json::parse_event_t event, nlohmann::json& value) {
         if (event == nlohmann::json::parse_event_t::key)

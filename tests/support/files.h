@@ -2,6 +2,7 @@
 #pragma once
 
 #include "alidade/platform/file.h"
+#include "support/places.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -65,7 +66,7 @@ inline void WriteFile(const std::string& path, std::string_view bytes)
 /// somebody who knows the form before it is kept.
 inline void ExpectGolden(const std::string& name, const std::string& bytes)
 {
-    const std::string path = ALIDADE_TEST_DATA "/" + name;
+    const std::string path = DataPath(name);
     if (const char* rewrite = std::getenv("ALIDADE_REWRITE_GOLDEN"); rewrite && *rewrite == '1') {
         std::filesystem::create_directories(std::filesystem::path(path).parent_path());
         WriteFile(path, bytes);

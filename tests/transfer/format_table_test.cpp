@@ -1,6 +1,7 @@
 #include "alidade/transfer/format_table.h"
 
 #include "alidade/vellumlib/data.h"
+#include "support/places.h"
 #include "transfer/factory.h"
 
 #include <gmock/gmock.h>
@@ -378,7 +379,7 @@ TEST_F(Guess, FallsBackOnTheNameOfAFileThatCantBeRead)
 TEST(FormatDocument, StandsInTheDocsAsItIsMade)
 {
     // ALIDADE_REWRITE=1 writes it anew
-    const std::string path = ALIDADE_SOURCE_DIR "/docs/formats.md";
+    const std::string path = SourcePath("docs/formats.md");
     const std::string made = CIEFormatTable::ToMarkdown();
     if (std::getenv("ALIDADE_REWRITE"))
         std::ofstream(path, std::ios::binary) << made;

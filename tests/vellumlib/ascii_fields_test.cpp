@@ -2,6 +2,7 @@
 
 #include "alidade/vellumlib/settings.h"
 #include "support/files.h"
+#include "support/places.h"
 
 #include <gtest/gtest.h>
 
@@ -68,7 +69,7 @@ TEST(AsciiFields, EveryListComesBackFromItsText)
 
 TEST(AsciiFields, TheDocumentOfTheProgramTellsEveryField)
 {
-    const CString page = ReadFile(ALIDADE_SOURCE_DIR "/docs/program.md");
+    const CString page = ReadFile(SourcePath("docs/program.md"));
     for (int nType = Name; nType <= LastField; ++nType) {
         const CString word = IEAsciiFields::FieldsToString({static_cast<IEAsciiFields::EType>(nType)});
         EXPECT_NE(page.find("`" + word + "`"), CString::npos) << word;

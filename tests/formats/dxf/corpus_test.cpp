@@ -1,5 +1,6 @@
 // Drawings of many programs. The collection isn't part of the project; its place is told by ALIDADE_CORPUS.
 #include "drawing.h"
+#include "support/places.h"
 
 #include <set>
 
@@ -12,7 +13,7 @@ protected:
     void SetUp() override
     {
         const char* const pPlace = std::getenv("ALIDADE_CORPUS");
-        m_strFolder = pPlace ? pPlace : ALIDADE_SOURCE_DIR "/../shared/corpus";
+        m_strFolder = pPlace ? CString(pPlace) : SourcePath("../shared/corpus");
         if (!fs::exists(m_strFolder + "/dxf"))
             GTEST_SKIP() << "no collection of drawings: " << m_strFolder << "; ALIDADE_CORPUS can name its folder";
     }

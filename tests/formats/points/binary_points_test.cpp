@@ -1,4 +1,5 @@
 #include "formats/points/points_fixture.h"
+#include "support/places.h"
 #include "transfer/factory.h"
 #include "vellumlib/little_endian.h"
 
@@ -48,7 +49,7 @@ TEST_F(BinaryPointsTest, ReadsBackToTheLastBit)
                               "point 14 1000000000 -1000000000 0 0123456789ABCDEF()\n"
                               "point -1 1 2 3 0123456789ABCDEF()\npoint 7 4 5 6 Stra\u00DFe()\n";
     CIEData job;
-    const TImported read = Import(job, kRead, ReadFile(ALIDADE_TEST_DATA "/binary-points/metres.bin"));
+    const TImported read = Import(job, kRead, ReadFile(DataPath("binary-points/metres.bin")));
     EXPECT_EQ(read.m_eResult, IE_OK);
     EXPECT_EQ(read.m_strObjects.substr(0, strPoints.size()), strPoints);
     const CIEStation& last = *job.GetDatasetAt(0)->GetObjectAt(5)->GetStation(0);

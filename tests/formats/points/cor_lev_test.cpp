@@ -1,4 +1,5 @@
 #include "formats/points/points_fixture.h"
+#include "support/places.h"
 
 #include <gmock/gmock.h>
 
@@ -71,7 +72,7 @@ TEST_F(CorLevTest, WritesWhatItsRulesSay)
         pJob->GetJobInfo()->SetDistUnits(eUnits);
         pJob->GetJobInfo()->SetCSType(eType);
         EXPECT_EQ(ExportPair(std::move(pJob)), IE_OK);
-        EXPECT_EQ(ReadFile(m_Folder / "out.x.cor"), ReadFile(ALIDADE_TEST_DATA "/cor-lev/pair.cor"));
+        EXPECT_EQ(ReadFile(m_Folder / "out.x.cor"), ReadFile(DataPath("cor-lev/pair.cor")));
         EXPECT_EQ(m_Ledger.GetCount(pNote), 1);
     }
 
@@ -167,7 +168,7 @@ TEST_F(CorLevTest, CoordinatesGoOutWithoutAFileForHeights)
     CFileFaults faults;
     faults.m_AllowOpen = [](const std::string& path, bool) { return !path.ends_with(".lev"); };
     EXPECT_EQ(ExportPair(MakeJob()), IE_OK);
-    EXPECT_EQ(ReadFile(m_Folder / "out.x.cor"), ReadFile(ALIDADE_TEST_DATA "/cor-lev/pair.cor"));
+    EXPECT_EQ(ReadFile(m_Folder / "out.x.cor"), ReadFile(DataPath("cor-lev/pair.cor")));
     EXPECT_EQ(m_Folder.List(), "out.x.cor ");
     EXPECT_EQ(m_Ledger.GetCount("file.write-failed"), 1);
 

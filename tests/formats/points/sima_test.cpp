@@ -1,5 +1,6 @@
 #include "alidade/formats/points/sima.h"
 #include "formats/points/points_fixture.h"
+#include "support/places.h"
 
 #include <gmock/gmock.h>
 
@@ -141,7 +142,7 @@ TEST_F(SimaTest, ACopyOfAnExporterGoesOnWhereTheFirstStands)
         CSimaPtExporterJ third(second);
         EXPECT_EQ(third.Export(), IE_OK);
     }
-    EXPECT_EQ(ReadFile(strFile), ReadFile(ALIDADE_TEST_DATA "/sima/metres.sim"));
+    EXPECT_EQ(ReadFile(strFile), ReadFile(DataPath("sima/metres.sim")));
     EXPECT_EQ(m_Folder.List(), "out.sim ");
 }
 
