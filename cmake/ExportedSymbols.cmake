@@ -33,6 +33,8 @@ function(alidade_version_script out)
                 "            \"vtable for ${name}\";\n"
                 "            \"typeinfo for ${name}\";\n"
                 "            \"typeinfo name for ${name}\";\n")
+        elseif(line MATCHES "^function ([A-Za-z_][A-Za-z0-9_]*)$")
+            string(APPEND patterns "            ${CMAKE_MATCH_1}?*;\n") # the '?' stands for the parenthesis
         elseif(line MATCHES "^namespace ([A-Za-z_][A-Za-z0-9_:]*)$")
             string(APPEND patterns "            ${CMAKE_MATCH_1}::*;\n")
         else()

@@ -83,7 +83,7 @@ EExit Judge(EIEResult eResult, const CIELedger& ledger, int nBadNames)
 {
     if (IsStopAsked())
         return EExit::Stopped;
-    if (ledger.GetCount("file.write-failed") > 0 || ledger.GetCount("dataset.left-out") > nBadNames)
+    if (ledger.GetCount(EIENote::FileWriteFailed) > 0 || ledger.GetCount(EIENote::DatasetLeftOut) > nBadNames)
         return EExit::OutputFailed;
     return ExitOfExport(eResult);
 }
@@ -112,14 +112,15 @@ void DropBlocks(CIEData& job, const std::string& strOut, CWatch& watch)
     }
     if (nObjects == 0)
         return;
-    TIENote note;
-    note.m_eKind = TIENote::LeftOut;
-    note.m_pCode = "job.blocks";
-    note.m_strFile = strOut;
-    note.m_strReason = fmt::format("{} object{} within blocks, which show in the drawing only where a reference puts "
-                                   "them; those are written as objects of their own",
-                                   nObjects, nObjects == 1 ? "" : "s");
-    watch.OnNote(note);
+    watch.OnNote({TIENote::LeftOut,
+                  EIENote::JobBlocks,
+                  strOut,
+                  {},
+                  {},
+                  fmt::format("{} object{} within blocks, which show in the drawing only where a reference puts "
+                              "them; those are written as objects of their own",
+                              nObjects, nObjects == 1 ? "" : "s"),
+                  nObjects});
 }
 
 void DropEmptyDatasets(CIEData& job, const TForm& form, const std::string& strOut, CWatch& watch,
@@ -131,13 +132,12 @@ void DropEmptyDatasets(CIEData& job, const TForm& form, const std::string& strOu
         if (!IsEmpty(dataset) || (bHistory && dataset.GetJobHistory()))
             continue;
         if (dataset.GetJobHistory()) {
-            TIENote note;
-            note.m_eKind = TIENote::LeftOut;
-            note.m_pCode = "dataset.job-history";
-            note.m_strFile = strOut;
-            note.m_strRecord = dataset.GetName();
-            note.m_strReason = "the form doesn't hold the job history of this dataset, which has nothing else";
-            watch.OnNote(note);
+            watch.OnNote({TIENote::LeftOut,
+                          EIENote::DatasetJobHistory,
+                          strOut,
+                          {},
+                          dataset.GetName(),
+                          "the form doesn't hold the job history of this dataset, which has nothing else"});
         } else if (job.GetNumberOfDatasets() > 1) {
             messages.Say(fmt::format("the dataset \"{}\" is empty, and isn't written", dataset.GetName()));
         }

@@ -29,7 +29,7 @@ EExit Judge(EIEResult eResult, const CIELedger& ledger, const CIEData& job)
     // an importer may end a stopped run with what it has
     if (IsStopAsked())
         return EExit::Stopped;
-    if (ledger.GetCount("file.read-failed") > 0)
+    if (ledger.GetCount(EIENote::FileReadFailed) > 0)
         return EExit::InputUnreadable;
     // a reader may tell of a record that it lost and still end well
     if (IsPart(eResult, job) || (eResult == IE_OK && ledger.GetCount(TIENote::Refused) > 0))
@@ -45,7 +45,7 @@ std::string ExplainPart(const std::string& strFile, const CIELedger& ledger)
     std::int64_t nLine = 0;
     for (const TIENote& note : ledger.GetNotes()) {
         if (note.m_eKind == TIENote::Refused)
-            nLine = note.m_nLine;
+            nLine = note.m_Place.m_nLine;
     }
     return fmt::format("{} was read in part: {}", strFile,
                        nLine > 0 ? fmt::format("reading ended at line {}", nLine) : std::string("reading ended early"));

@@ -32,14 +32,14 @@ const char* KeyFor(TIENote::EKind eKind)
 std::string ToLine(const TIENote& note)
 {
     std::string text = note.m_strFile;
-    if (note.m_nLine > 0)
-        text += fmt::format(":{}", note.m_nLine);
-    else if (note.m_nOffset >= 0)
-        text += fmt::format(": at byte {}", note.m_nOffset);
+    if (note.m_Place.m_nLine > 0)
+        text += fmt::format(":{}", note.m_Place.m_nLine);
+    else if (note.m_Place.m_nOffset >= 0)
+        text += fmt::format(": at byte {}", note.m_Place.m_nOffset);
     text += fmt::format(": {}: ", WordFor(note.m_eKind));
-    if (note.m_nLine <= 0 && !note.m_strRecord.empty())
+    if (note.m_Place.m_nLine <= 0 && !note.m_strRecord.empty())
         text += fmt::format("\"{}\": ", note.m_strRecord);
-    return text + fmt::format("{} ({})", note.m_strReason, note.m_pCode);
+    return text + fmt::format("{} ({})", note.m_strReason, note.GetWord());
 }
 
 } // namespace
@@ -49,20 +49,20 @@ namespace Cli {
 void PrintNotes(const CIELedger& ledger, const CMessages& messages)
 {
     constexpr std::size_t kPrinted = 20;
-    std::map<CString, std::int64_t> rest = ledger.GetCounts();
+    std::map<EIENote, std::int64_t> rest = ledger.GetCounts();
     std::size_t nPrinted = 0;
     for (const TIENote& note : ledger.GetNotes()) {
         if (nPrinted++ == kPrinted)
             break;
         messages.Warn(ToLine(note));
-        --rest[note.m_pCode];
+        rest[note.m_eCode] -= note.m_nCount;
     }
     std::int64_t nRest = 0;
     std::string counts;
     for (const auto& [code, nCount] : rest) {
         nRest += nCount;
         if (nCount > 0)
-            counts += fmt::format("{}{} {}", counts.empty() ? "" : ", ", nCount, code);
+            counts += fmt::format("{}{} {}", counts.empty() ? "" : ", ", nCount, GetNoteWord(code));
     }
     if (nRest > 0)
         messages.Warn(fmt::format("and {} more: {}", nRest, counts));
@@ -84,20 +84,16 @@ void AddNotes(nlohmann::ordered_json& notes, const CIELedger& ledger, std::strin
         notes[KeyFor(eKind)] = notes[KeyFor(eKind)].get<std::int64_t>() + ledger.GetCount(eKind);
     nlohmann::ordered_json& byCode = notes["by_code"];
     for (const auto& [code, nCount] : ledger.GetCounts())
-        byCode[code] = byCode.value(code, std::int64_t{0}) + nCount;
+        byCode[GetNoteWord(code)] = byCode.value(GetNoteWord(code), std::int64_t{0}) + nCount;
     for (const TIENote& note : ledger.GetNotes()) {
-        nlohmann::ordered_json item = {{"phase", phase},
-                                       {"kind", KeyFor(note.m_eKind)},
-                                       {"code", note.m_pCode},
-                                       {"file", note.m_strFile},
-                                       {"line", nullptr},
-                                       {"offset", nullptr},
-                                       {"record", note.m_strRecord},
-                                       {"reason", note.m_strReason}};
-        if (note.m_nLine > 0)
-            item["line"] = note.m_nLine;
-        if (note.m_nOffset >= 0)
-            item["offset"] = note.m_nOffset;
+        nlohmann::ordered_json item = {
+            {"phase", phase},         {"kind", KeyFor(note.m_eKind)}, {"code", note.GetWord()},
+            {"count", note.m_nCount}, {"file", note.m_strFile},       {"line", nullptr},
+            {"offset", nullptr},      {"record", note.m_strRecord},   {"reason", note.m_strReason}};
+        if (note.m_Place.m_nLine > 0)
+            item["line"] = note.m_Place.m_nLine;
+        if (note.m_Place.m_nOffset >= 0)
+            item["offset"] = note.m_Place.m_nOffset;
         notes["items"].push_back(std::move(item));
     }
 }

@@ -94,9 +94,9 @@ EIEResult CIEPointImporter::ParseLine(std::string_view line, std::unique_ptr<CIE
     const IEAsciiFields::TFields& layout = format.m_Fields;
     std::vector<std::string_view>& fields = m_FieldTexts;
     if (layout.empty())
-        return Refuse("layout.empty", "the layout has no field");
+        return Refuse(EIENote::LayoutEmpty, "the layout has no field");
     if (HasTooManyFields(line, format.m_cDelimiter))
-        return Refuse("line.too-long", "it has more fields than any record can have");
+        return Refuse(EIENote::LineTooLong, "it has more fields than any record can have");
     IEUtils::ParseValuesInQuotes(line, fields, format.m_cDelimiter);
     // the empty field behind a last delimiter is there already, unless blanks separate, which end a line as often as
     // not
@@ -108,9 +108,9 @@ EIEResult CIEPointImporter::ParseLine(std::string_view line, std::unique_ptr<CIE
     int nImplied = 0; // a line may end ahead of the codes
     if (static_cast<int>(fields.size()) < nExpected) {
         if (nCodes < 0 || nCodes != nExpected - 1)
-            return Refuse("line.field-count", "it has " +
-                                                  IEUtils::IntToString(static_cast<std::int64_t>(fields.size())) +
-                                                  " fields where the layout has " + IEUtils::IntToString(nExpected));
+            return Refuse(EIENote::LineFieldCount,
+                          "it has " + IEUtils::IntToString(static_cast<std::int64_t>(fields.size())) +
+                              " fields where the layout has " + IEUtils::IntToString(nExpected));
         fields.emplace_back();
         nImplied = 1;
     }
@@ -147,7 +147,7 @@ EIEResult CIEPointImporter::ParseLine(std::string_view line, std::unique_ptr<CIE
         fields.erase(first + 1, first + 1 + nSpread);
     }
     if (static_cast<int>(fields.size()) - nReferences != nExpected)
-        return Refuse("line.field-count",
+        return Refuse(EIENote::LineFieldCount,
                       "it has " +
                           IEUtils::IntToString(static_cast<std::int64_t>(fields.size()) - nReferences - nImplied) +
                           " fields where the layout has " + IEUtils::IntToString(nExpected));
@@ -200,13 +200,13 @@ bool CIEPointImporter::SetField(int nField, std::string_view text, CIEStation& s
         break;
     default:
         if (nField > IEAsciiFields::LastDelimited) {
-            Refuse("layout.field", "the layout has a field that a delimited line can't hold");
+            Refuse(EIENote::LayoutField, "the layout has a field that a delimited line can't hold");
             return false;
         }
         break; // codes come later; a GPS field tells nothing here
     }
     if (!bOk)
-        Refuse("line.number", CString("its ") + pWhat + " \"" + Excerpt(text) + "\" can't be read");
+        Refuse(EIENote::LineNumber, CString("its ") + pWhat + " \"" + Excerpt(text) + "\" can't be read");
     return bOk;
 }
 
@@ -274,7 +274,7 @@ void CIEPointImporter::NoteOtherNames(const CIECodeDescription& description, con
         const CIEAttrDescription* const pKnown = description.GetAttrDescriptionAt(i);
         if (pKnown && (name == pKnown->GetName() || name.substr(0, FindTypeMark(name)) == pKnown->GetName()))
             continue;
-        Note(TIENote::Changed, "code.attributes", m_nLine, object.GetName(),
+        Note(TIENote::Changed, EIENote::CodeAttributes, m_nLine, object.GetName(),
              "the attributes of its code \"" + description.GetName() +
                  "\" aren't those that the job knows; their values were taken in order");
         return;

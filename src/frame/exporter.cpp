@@ -32,7 +32,7 @@ void CIEExporter::NoteDatasets(int nFirst) const
     const bool bAll = m_pData->GetSettings().m_bSingleFile;
     const int nLast = m_pData->GetCurDatasetID();
     if (bAll && nLast > nFirst && !(m_nCarries & CARRIES_DATASETS))
-        Note(TIENote::Changed, "job.datasets", {}, "the form has no datasets; all of them read back as one");
+        Note(TIENote::Changed, EIENote::JobDatasets, {}, "the form has no datasets; all of them read back as one");
     for (int i = 0; const CIEDataset* const pDataset = m_pData->GetDatasetAt(i); ++i) {
         if (bAll ? i >= nFirst && i <= nLast : i == nLast)
             Losses::NoteDataset(*m_pData, m_strFileName, *pDataset, m_nCarries);
@@ -41,19 +41,6 @@ void CIEExporter::NoteDatasets(int nFirst) const
                                   i < nFirst ? "the run began behind its dataset \"" + pDataset->GetName() + "\""
                                              : "the file ended ahead of its dataset \"" + pDataset->GetName() + "\"");
     }
-}
-
-void CIEExporter::Note(TIENote::EKind eKind, const char* pCode, CString strRecord, CString strReason) const
-{
-    if (!m_pData->GetObserver())
-        return;
-    TIENote note;
-    note.m_eKind = eKind;
-    note.m_pCode = pCode;
-    note.m_strFile = m_strFileName;
-    note.m_strRecord = std::move(strRecord);
-    note.m_strReason = std::move(strReason);
-    m_pData->Note(note);
 }
 
 void CIEExporter::NoteLosses(const CIEObject& object) const

@@ -82,19 +82,19 @@ struct TStationLoss {
     unsigned m_nCarries;
     bool (*m_pHas)(const CIEStation& station);
     TIENote::EKind m_eKind;
-    const char* m_pCode;
+    EIENote m_eCode;
     const char* m_pReason;
 };
 
 constexpr TStationLoss kStationLosses[] = {
     {CARRIES_NOTES, [](const CIEStation& station) { return !station.GetNotes().empty(); }, TIENote::LeftOut,
-     "object.notes", "the form doesn't hold the notes of this "},
+     EIENote::ObjectNotes, "the form doesn't hold the notes of this "},
     {CARRIES_UNDEFINED_HEIGHTS, [](const CIEStation& station) { return !station.IsHeightDefined(); }, TIENote::Changed,
-     "object.no-height", "the form writes the height 0 for a station without a height in this "},
+     EIENote::ObjectNoHeight, "the form writes the height 0 for a station without a height in this "},
     {CARRIES_GEOID_HEIGHTS, [](const CIEStation& station) { return station.GetGeoidHeight() != 0.0; }, TIENote::LeftOut,
-     "object.geoid-height", "the form doesn't hold the geoid height of this "},
+     EIENote::ObjectGeoidHeight, "the form doesn't hold the geoid height of this "},
     {CARRIES_TIME_STAMPS, [](const CIEStation& station) { return !station.GetTimeStamps().empty(); }, TIENote::LeftOut,
-     "object.time-stamps", "the form doesn't hold the time stamps of this "},
+     EIENote::ObjectTimeStamps, "the form doesn't hold the time stamps of this "},
 };
 
 bool HasInStations(const CIEObject& object, const TStationLoss& loss)
@@ -109,24 +109,20 @@ bool HasInStations(const CIEObject& object, const TStationLoss& loss)
 /// The notes of one file.
 class CNotes {
 public:
-    CNotes(const CIEData& job, const CString& strFile) : m_Job(job) { m_Note.m_strFile = strFile; }
+    CNotes(const CIEData& job, CString strFile) : m_Job(job), m_strFile(std::move(strFile)) {}
 
-    void Add(TIENote::EKind eKind, const char* pCode, const CString& strRecord, CString strReason)
+    void Add(TIENote::EKind eKind, EIENote eCode, const CString& strRecord, CString strReason)
     {
-        m_Note.m_eKind = eKind;
-        m_Note.m_pCode = pCode;
-        m_Note.m_strRecord = strRecord;
-        m_Note.m_strReason = std::move(strReason);
-        m_Job.Note(m_Note);
+        m_Job.Note(eKind, eCode, m_strFile, {}, strRecord, std::move(strReason));
     }
-    void AddLeftOut(const char* pCode, const CString& strRecord, CString strReason)
+    void AddLeftOut(EIENote eCode, const CString& strRecord, CString strReason)
     {
-        Add(TIENote::LeftOut, pCode, strRecord, std::move(strReason));
+        Add(TIENote::LeftOut, eCode, strRecord, std::move(strReason));
     }
 
 private:
     const CIEData& m_Job;
-    TIENote m_Note;
+    CString m_strFile;
 };
 
 void NoteUnusedLayers(const CIEData& job, CNotes& notes)
@@ -139,7 +135,7 @@ void NoteUnusedLayers(const CIEData& job, CNotes& notes)
     const CIEDrawDictionary* const pLayers = job.GetIEDrawDictionary();
     for (int i = 0; const CIELayer* const pLayer = pLayers->GetLayerAt(i); ++i) {
         if (!used.contains(pLayer))
-            notes.AddLeftOut("job.layer", pLayer->GetName(),
+            notes.AddLeftOut(EIENote::JobLayer, pLayer->GetName(),
                              "no object lies on this layer, and the form holds no layers");
     }
 }
@@ -156,9 +152,11 @@ void NoteUnusedCodes(const CIEData& job, CNotes& notes)
     const CIEDataDictionary* const pDictionary = job.GetIEDataDictionary();
     for (int i = 0; const CIECodeDescription* const pCode = pDictionary->GetCodeDescriptionAt(i); ++i) {
         if (!used.contains(pCode))
-            notes.AddLeftOut("job.code", pCode->GetName(), "no object has this code, and the form holds no dictionary");
+            notes.AddLeftOut(EIENote::JobCode, pCode->GetName(),
+                             "no object has this code, and the form holds no dictionary");
         else if (!pCode->GetDescription().empty())
-            notes.AddLeftOut("job.code", pCode->GetName(), "the form doesn't hold the words that describe this code");
+            notes.AddLeftOut(EIENote::JobCode, pCode->GetName(),
+                             "the form doesn't hold the words that describe this code");
     }
 }
 
@@ -174,35 +172,35 @@ void NoteObject(const CIEData& job, const CString& strFile, const CIEObject& obj
     const CString& strName = object.GetName();
     const CString strWord = WordFor(object);
     if (!(KindOf(object) & nCarries)) {
-        notes.AddLeftOut("object.kind", strName,
+        notes.AddLeftOut(EIENote::ObjectKind, strName,
                          CString("the form doesn't hold ") + (strWord[0] == 'a' ? "an " : "a ") + strWord);
         return;
     }
     if (object.GetNumberOfCodes() > 0 && !(nCarries & CARRIES_CODES))
-        notes.AddLeftOut("object.codes", strName, "the form doesn't hold the codes of this " + strWord);
+        notes.AddLeftOut(EIENote::ObjectCodes, strName, "the form doesn't hold the codes of this " + strWord);
     else if (LosesAttributes(object, nCarries))
-        notes.AddLeftOut("object.attributes", strName,
+        notes.AddLeftOut(EIENote::ObjectAttributes, strName,
                          "the form doesn't hold all that the codes of this " + strWord + " say");
     if (object.GetLayer() && !(nCarries & CARRIES_LAYERS))
-        notes.AddLeftOut("object.layer", strName,
+        notes.AddLeftOut(EIENote::ObjectLayer, strName,
                          "the form doesn't hold the layer \"" + object.GetLayer()->GetName() + "\" of this " + strWord);
     if (object.GetDrawProperties() && !(nCarries & CARRIES_DRAWING))
-        notes.AddLeftOut("object.drawing", strName, "the form doesn't hold how this " + strWord + " is drawn");
+        notes.AddLeftOut(EIENote::ObjectDrawing, strName, "the form doesn't hold how this " + strWord + " is drawn");
     for (const TStationLoss& loss : kStationLosses) {
         if (!(nCarries & loss.m_nCarries) && HasInStations(object, loss))
-            notes.Add(loss.m_eKind, loss.m_pCode, strName, loss.m_pReason + strWord);
+            notes.Add(loss.m_eKind, loss.m_eCode, strName, loss.m_pReason + strWord);
     }
     const bool bRelative =
         object.GetType() == EIEObjectsType::PTLPoint && !(nCarries & (CARRIES_POINT_KINDS | CARRIES_RELATIVE_POINTS));
     if (bRelative || (object.GetType() == EIEObjectsType::GPSPosition && !(nCarries & CARRIES_POINT_KINDS)))
-        notes.Add(TIENote::Changed, "object.point-kind", strName,
+        notes.Add(TIENote::Changed, EIENote::ObjectPointKind, strName,
                   "the form holds this " + strWord + " as a plain point" +
                       (HasLineValues(object)
                            ? ", whose values along and off the line stand as coordinates of the ground"
                            : ""));
     if (!(nCarries & CARRIES_GPS_DATA) && object.GetType() == EIEObjectsType::GPSPosition &&
         static_cast<const CIEGPSPosition&>(object).HasGPSData())
-        notes.AddLeftOut("object.gps-data", strName,
+        notes.AddLeftOut(EIENote::ObjectGpsData, strName,
                          "the form doesn't hold accuracy, time and satellites of this " + strWord);
 }
 
@@ -211,20 +209,20 @@ void NoteDataset(const CIEData& job, const CString& strFile, const CIEDataset& d
     CNotes notes(job, strFile);
     if (!(nCarries & CARRIES_SURFACES)) {
         for (int i = 0; const CIESurface* const pSurface = dataset.GetSurfaceAt(i); ++i)
-            notes.AddLeftOut("object.kind", pSurface->GetName(), "the form doesn't hold a surface");
+            notes.AddLeftOut(EIENote::ObjectKind, pSurface->GetName(), "the form doesn't hold a surface");
     }
     if (!(nCarries & CARRIES_ALIGNMENTS)) {
         for (int i = 0; const CIEAlignment* const pAlignment = dataset.GetAlignmentAt(i); ++i)
-            notes.AddLeftOut("object.kind", pAlignment->GetName(), "the form doesn't hold an alignment");
+            notes.AddLeftOut(EIENote::ObjectKind, pAlignment->GetName(), "the form doesn't hold an alignment");
     }
     if (!(nCarries & CARRIES_JOB_HISTORY) && dataset.GetJobHistory())
-        notes.AddLeftOut("dataset.job-history", dataset.GetName(),
+        notes.AddLeftOut(EIENote::DatasetJobHistory, dataset.GetName(),
                          "the form doesn't hold the job history of this dataset");
 }
 
 void NoteUnreached(const CIEData& job, const CString& strFile, const CIEDataset& dataset, const CString& strReason)
 {
-    constexpr const char* kCode = "dataset.unreached";
+    constexpr EIENote kCode = EIENote::DatasetUnreached;
     CNotes notes(job, strFile);
     for (int i = 0; const CIEObject* const pObject = dataset.GetObjectAt(i); ++i)
         notes.AddLeftOut(kCode, pObject->GetName(), strReason);
@@ -242,7 +240,7 @@ void NoteJob(const CIEData& job, const CString& strFile, unsigned nCarries)
         return;
     CNotes notes(job, strFile);
     if (job.GetIERoadTemplatesDictionary() && !(nCarries & CARRIES_TEMPLATES))
-        notes.AddLeftOut("job.templates", {}, "the form doesn't hold the job's road templates");
+        notes.AddLeftOut(EIENote::JobTemplates, {}, "the form doesn't hold the job's road templates");
     if (!(nCarries & CARRIES_DICTIONARY))
         NoteUnusedCodes(job, notes);
     if (!(nCarries & CARRIES_LAYERS))
@@ -278,7 +276,7 @@ void NoteCoarseDegrees(const CIEData& job, const CString& strFile)
     constexpr double kMetersOfDegree = 111000;
     if (dStep > kFineEnough)
         CNotes(job, strFile)
-            .Add(TIENote::Changed, "job.geographic", {},
+            .Add(TIENote::Changed, EIENote::JobGeographic, {},
                  "latitude and longitude go out in steps of about " +
                      IEUtils::DoubleToString(dStep * kMetersOfDegree, 2) + " m; more decimals keep more of them");
 }

@@ -89,10 +89,10 @@ void CIEPointExporter::NoteBytes(std::string_view line, bool bStart, const CStri
 {
     constexpr std::string_view kMark = "\uFEFF";
     if (line.find('\0') != std::string_view::npos)
-        Note(TIENote::Changed, "line.zero-byte", strName,
+        Note(TIENote::Changed, EIENote::LineZeroByte, strName,
              "it holds a zero byte, by which a reader may take the file for 16-bit text");
     if (bStart && line.starts_with(kMark))
-        Note(TIENote::Changed, "line.file-start", strName,
+        Note(TIENote::Changed, EIENote::LineFileStart, strName,
              "at the start of the file, its text is a byte order mark to the reader");
 }
 
@@ -107,9 +107,9 @@ void CIEPointExporter::Close()
     if (!m_pFile)
         return;
     if (!m_pFile->Close())
-        Note(TIENote::LeftOut, "file.write-failed", {}, "the file could not be written to its end");
+        Note(TIENote::LeftOut, EIENote::FileWriteFailed, {}, "the file could not be written to its end");
     if (const std::int64_t nReplaced = m_pFile->GetReplacedCharacters())
-        Note(TIENote::Changed, "file.encoding", {},
+        Note(TIENote::Changed, EIENote::FileEncoding, {},
              IEUtils::IntToString(nReplaced) + " characters aren't in " + m_pData->GetSettings().m_strWriteEncoding +
                  " and became \"?\"");
     m_pFile.reset();

@@ -41,7 +41,8 @@ EIEResult CIEPointImporter::Import()
         return IE_CANNOT_OPEN_FILE;
     const EIEResult eResult = ImportFile(file);
     if (file.HasFailed())
-        Note(TIENote::Refused, "file.read-failed", file.GetLineNumber() + 1, {}, "the rest of the file can't be read");
+        Note(TIENote::Refused, EIENote::FileReadFailed, file.GetLineNumber() + 1, {},
+             "the rest of the file can't be read");
     file.Close();
     return CIEData::m_bStopProcess ? IE_STOPPED : eResult;
 }
@@ -67,19 +68,19 @@ EIEResult CIEPointImporter::ImportFile(CIETextFile& file)
         m_nLine = file.GetLineNumber();
         m_FieldTexts.clear(); // they point into the line before
         std::unique_ptr<CIEObject> pObject;
-        EIEResult eLine = file.WasCut() ? Refuse("line.too-long", "the line is longer than any record can be")
+        EIEResult eLine = file.WasCut() ? Refuse(EIENote::LineTooLong, "the line is longer than any record can be")
                                         : ParseLine(line, pObject);
         if (!pObject)
             eLine = IE_PARTIAL; // a reader may have another code for a line that gives nothing
         if (eResult != IE_PARTIAL)
             eResult = eLine;
         if (eLine == IE_PARTIAL) {
-            Note(TIENote::Refused, m_pRefusalCode, m_nLine, m_FieldTexts.empty() ? CString() : Excerpt(m_FieldTexts[0]),
+            Note(TIENote::Refused, m_eRefusalCode, m_nLine, m_FieldTexts.empty() ? CString() : Excerpt(m_FieldTexts[0]),
                  m_strRefusal);
             continue;
         }
         if (file.WasMended())
-            Note(TIENote::Changed, "line.bad-characters", m_nLine, pObject->GetName(),
+            Note(TIENote::Changed, EIENote::LineBadCharacters, m_nLine, pObject->GetName(),
                  "bytes without a meaning in " + file.GetEncoding() + " became U+FFFD");
         bAnyObject = true;
         Join(joiner, std::move(pObject));
@@ -103,7 +104,7 @@ void CIEPointImporter::TakeHeader(CIETextFile& file)
         return;
     }
     if (format.m_Fields.empty())
-        Note(TIENote::Refused, "header.unknown-field", 1, {}, "the header line names a field that isn't known");
+        Note(TIENote::Refused, EIENote::HeaderUnknownField, 1, {}, "the header line names a field that isn't known");
     settings.m_pAsciiFormat = std::make_unique<TIEAsciiFormat>(std::move(format));
     m_pData->SetSettings(std::move(settings));
 }
@@ -115,7 +116,7 @@ void CIEPointImporter::NoteRest(CIETextFile& file)
     std::string_view line;
     while (file.ReadLine(line)) {
         if (!IEUtils::Trim(line).empty()) {
-            Note(TIENote::LeftOut, "line.behind-end", file.GetLineNumber(), {},
+            Note(TIENote::LeftOut, EIENote::LineBehindEnd, file.GetLineNumber(), {},
                  "a blank line ended the data ahead of this line; nothing from here on was read");
             return;
         }
@@ -126,7 +127,7 @@ void CIEPointImporter::Join(CIELineJoiner& joiner, std::unique_ptr<CIEObject> pO
 {
     const CString strName = m_pData->GetObserver() ? pObject->GetName() : CString();
     if (!joiner.Add(std::move(pObject)))
-        Note(TIENote::Changed, "line.codes", m_nLine, strName,
+        Note(TIENote::Changed, EIENote::LineCodes, m_nLine, strName,
              "this station joined a line, which keeps the codes of its first station");
 }
 
@@ -136,14 +137,14 @@ CString CIEPointImporter::Excerpt(std::string_view text)
     return CString(IEUtils::Left(text, kShown));
 }
 
-EIEResult CIEPointImporter::Refuse(const char* pCode, CString strReason)
+EIEResult CIEPointImporter::Refuse(EIENote eCode, CString strReason)
 {
-    m_pRefusalCode = pCode;
+    m_eRefusalCode = eCode;
     m_strRefusal = std::move(strReason);
     return IE_PARTIAL;
 }
 
-void CIEPointImporter::NoteLine(const char* pCode, const CIEObject& object, CString strReason) const
+void CIEPointImporter::NoteLine(EIENote eCode, const CIEObject& object, CString strReason) const
 {
-    Note(TIENote::Changed, pCode, m_nLine, object.GetName(), std::move(strReason));
+    Note(TIENote::Changed, eCode, m_nLine, object.GetName(), std::move(strReason));
 }

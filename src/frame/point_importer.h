@@ -25,10 +25,10 @@ public:
     virtual EIEResult ParseLine(std::string_view line, std::unique_ptr<CIEObject>& pObject);
 
 protected:
-    /// Keeps the reason for the note on this line. `pCode` lives for ever. Gives IE_PARTIAL.
-    EIEResult Refuse(const char* pCode, CString strReason);
+    /// Keeps the reason for the note on this line. Gives IE_PARTIAL.
+    EIEResult Refuse(EIENote eCode, CString strReason);
     /// Tells of something on this line that came in, but not as it stands.
-    void NoteLine(const char* pCode, const CIEObject& object, CString strReason) const;
+    void NoteLine(EIENote eCode, const CIEObject& object, CString strReason) const;
     /// The start of a field, for notes: what has no delimiter may be as long as the file.
     static CString Excerpt(std::string_view text);
     /// Turns one code text, as "ROAD:width=3.5&note@c1", into a code of the object and, if it is new, of the job.
@@ -54,7 +54,7 @@ private:
     bool SetField(int nField, std::string_view text, CIEStation& station);
 
     std::int64_t m_nLine = 0; // the line being read, for notes
-    const char* m_pRefusalCode = "";
+    EIENote m_eRefusalCode{};
     CString m_strRefusal;
     std::vector<std::string_view> m_FieldTexts; // fields of the line being read
     std::vector<std::string_view> m_CodeTexts;

@@ -20,7 +20,7 @@ private:
     void WriteObjects(const CIEDataset& dataset);
     void WriteSurfaces(const CIEDataset& dataset);
     void WriteAlignments(const CIEDataset& dataset);
-    void NoteLeftOut(const char* pCode, const CString& strName, const char* pReason) const;
+    void NoteLeftOut(EIENote eCode, const CString& strName, const char* pReason) const;
 
     const CIEData& m_Job;
     const CString& m_strFileName;
@@ -82,7 +82,8 @@ void CIEJobWriter::WriteObjects(const CIEDataset& dataset)
     int nWritten = 0;
     for (int i = 0; const CIEObject* const pObject = dataset.GetObjectAt(i); ++i) {
         if (!JobParts::WriteObject(m_Out, *pObject)) {
-            NoteLeftOut("job.object-kind", pObject->GetName(), "Job documents have no word for objects of this kind.");
+            NoteLeftOut(EIENote::JobObjectKind, pObject->GetName(),
+                        "Job documents have no word for objects of this kind.");
             continue;
         }
         const auto it = m_StartPoints.empty() ? m_StartPoints.end() : m_StartPoints.find(pObject);
@@ -133,21 +134,16 @@ void CIEJobWriter::WriteAlignments(const CIEDataset& dataset)
         const auto it = m_StartPoints.find(pAlignment->GetStartPoint());
         const int nStartPoint = it == m_StartPoints.end() ? -1 : it->second;
         if (pAlignment->GetStartPoint() && nStartPoint < 0)
-            NoteLeftOut("job.start-point", pAlignment->GetName(), "The start point isn't in the alignment's dataset.");
+            NoteLeftOut(EIENote::JobStartPoint, pAlignment->GetName(),
+                        "The start point isn't in the alignment's dataset.");
         JobParts::WriteAlignment(m_Out, *pAlignment, nStartPoint);
     }
     m_Out.m_Text.EndArray();
 }
 
-void CIEJobWriter::NoteLeftOut(const char* pCode, const CString& strName, const char* pReason) const
+void CIEJobWriter::NoteLeftOut(EIENote eCode, const CString& strName, const char* pReason) const
 {
-    TIENote note;
-    note.m_eKind = TIENote::LeftOut;
-    note.m_pCode = pCode;
-    note.m_strFile = m_strFileName;
-    note.m_strRecord = strName;
-    note.m_strReason = pReason;
-    m_Job.Note(note);
+    m_Job.Note(TIENote::LeftOut, eCode, m_strFileName, {}, strName, pReason);
 }
 
 } // namespace

@@ -55,13 +55,7 @@ bool IsPerDataset(const CIEData& job)
 
 void NoteDataset(const CIEData& job, const CString& strFile, const CString& strDataset, CString strReason)
 {
-    TIENote note;
-    note.m_eKind = TIENote::LeftOut;
-    note.m_pCode = "dataset.left-out";
-    note.m_strFile = strFile;
-    note.m_strRecord = strDataset;
-    note.m_strReason = std::move(strReason);
-    job.Note(note);
+    job.Note(TIENote::LeftOut, EIENote::DatasetLeftOut, strFile, {}, strDataset, std::move(strReason));
 }
 
 EIEResult ExportDatasets(CIEData& job, const CString& strFileName, int nCode)

@@ -112,3 +112,14 @@ void CIEData::SetExtensionSource(TExtensionSource source)
 {
     g_ExtensionSource.store(source);
 }
+
+void CIEData::Note(TIENote::EKind eKind, EIENote eCode, const CString& strFile, TIENotePlace place, CString strRecord,
+                   CString strReason, std::int64_t nCount) const
+{
+    if (!m_pObserver)
+        return;
+    TIENote note{eKind, eCode, strFile, place, std::move(strRecord), std::move(strReason), nCount};
+    if (note.m_strReason.empty())
+        note.m_strReason = GetNoteRows()[static_cast<std::size_t>(eCode)].m_pSentence;
+    m_pObserver->OnNote(note);
+}

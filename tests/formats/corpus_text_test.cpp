@@ -118,7 +118,7 @@ TEST_F(CorpusText, CommaListsGoOutThroughEveryFormOfPointsAndBack)
             EXPECT_EQ(Export(std::move(pCopy), *pOut, FileOf(*pOut)), IE_OK);
             std::set<CString> lost; // names of points whose heights don't come back, as was told
             for (const TIENote& note : m_Ledger.GetNotes()) {
-                if (CString(note.m_pCode) == "object.height")
+                if (CString(note.GetWord()) == "object.height")
                     lost.insert(note.m_strRecord);
             }
             CIEData back;

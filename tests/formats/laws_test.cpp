@@ -206,8 +206,8 @@ public:
         : m_Job(job), m_dTolerance(variant.m_bGeographic ? 2e-9 : 5.01e-4)
     {
         for (const TIENote& note : ledger.GetNotes())
-            m_Told[CString(note.m_pCode).starts_with("job.") ? CString() : note.m_strRecord] +=
-                CString(note.m_pCode) + " ";
+            m_Told[CString(note.GetWord()).starts_with("job.") ? CString() : note.m_strRecord] +=
+                CString(note.GetWord()) + " ";
     }
 
     /// The first thing that was lost in silence; empty if nothing was.
@@ -560,7 +560,7 @@ TEST_F(LawsTest, EveryExportTellsWhatItsFormDoesNotCarry)
             EXPECT_EQ(Export(std::move(pJob), *pRow, FileOf(*pRow)), IE_OK);
             CString strNotes;
             for (const TIENote& note : m_Ledger.GetNotes())
-                strNotes += CString(note.m_pCode) + " " + note.m_strRecord + "\n";
+                strNotes += CString(note.GetWord()) + " " + note.m_strRecord + "\n";
             const bool bNothingOfIt =
                 strNotes.find("object.kind A\n") != CString::npos || strNotes.find("object.codes A\n") != CString::npos;
             EXPECT_TRUE(bNothingOfIt || strNotes.find(kind.m_pNote) != CString::npos)

@@ -86,7 +86,7 @@ TEST_F(ImporterTest, ALineOfDelimitersAloneIsntSplit)
     m_Job.SetObserver(&ledger);
     CIEPointImporter importer(&m_Job, Write("P1,1,2,3\r\n" + CString(50000, ',') + "\r\n"));
     EXPECT_EQ(importer.Import(), IE_PARTIAL);
-    EXPECT_EQ(ledger.GetCount("line.too-long"), 1);
+    EXPECT_EQ(ledger.GetCount(EIENote::LineTooLong), 1);
 }
 
 } // namespace

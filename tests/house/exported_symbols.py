@@ -35,6 +35,9 @@ def owner(symbol, exported):
                     if rest == name or rest.startswith(name + "::"):
                         return kind, name
             return None
+    for name in exported["function"]:
+        if symbol.startswith(name + "("):
+            return "function", name
     for kind in ("class", "namespace"):
         for name in exported[kind]:
             if symbol.startswith(name + "::"):

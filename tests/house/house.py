@@ -39,7 +39,7 @@ def read_list(path):
 
 def read_exported(root):
     """cmake/exported.txt as {kind: [names]}."""
-    exported = {"entry": [], "class": [], "inline": [], "namespace": []}
+    exported = {"entry": [], "class": [], "inline": [], "namespace": [], "function": []}
     for line in read_list(os.path.join(root, "cmake/exported.txt")):
         kind, name = line.split()
         exported[kind].append(name)

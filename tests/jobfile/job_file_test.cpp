@@ -316,10 +316,10 @@ TEST(JobFile, WhatIsLeftOutIsTold)
     ASSERT_EQ(CIEJobFile::Write(job, folder / "a.job.json"), IE_OK);
 
     ASSERT_EQ(ledger.GetNotes().size(), 2U);
-    EXPECT_STREQ(ledger.GetNotes()[0].m_pCode, "job.object-kind");
+    EXPECT_STREQ(ledger.GetNotes()[0].GetWord(), "job.object-kind");
     EXPECT_EQ(ledger.GetNotes()[0].m_strRecord, "odd");
     EXPECT_EQ(ledger.GetNotes()[0].m_strFile, folder / "a.job.json");
-    EXPECT_STREQ(ledger.GetNotes()[1].m_pCode, "job.start-point");
+    EXPECT_STREQ(ledger.GetNotes()[1].GetWord(), "job.start-point");
     CIEData back;
     ASSERT_EQ(CIEJobFile::Read(back, folder / "a.job.json"), IE_OK);
     EXPECT_EQ(back.GetDatasetAt(0)->GetNumberOfElements(-1, 2, false, false), 1);

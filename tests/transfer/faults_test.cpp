@@ -197,15 +197,15 @@ TEST_F(FaultsTest, AFullDiskIsTold)
             return ReadFiles(*pRow, FileOf(*pRow)).size();
         };
         const std::size_t nWhole = exportLarge(~std::size_t{0});
-        EXPECT_EQ(m_Ledger.GetCount("file.write-failed"), 0);
+        EXPECT_EQ(m_Ledger.GetCount(EIENote::FileWriteFailed), 0);
         ASSERT_GT(nWhole, 400000U);
         for (const std::size_t nSpace : {std::size_t{0}, std::size_t{1}, std::size_t{300000}, nWhole - 1}) {
             EXPECT_EQ(exportLarge(nSpace), nSpace);
-            EXPECT_GE(m_Ledger.GetCount("file.write-failed"), 1) << nSpace;
-            EXPECT_LE(m_Ledger.GetCount("file.write-failed"), std::ssize(FilesOf(*pRow, {}))) << nSpace;
+            EXPECT_GE(m_Ledger.GetCount(EIENote::FileWriteFailed), 1) << nSpace;
+            EXPECT_LE(m_Ledger.GetCount(EIENote::FileWriteFailed), std::ssize(FilesOf(*pRow, {}))) << nSpace;
         }
         EXPECT_EQ(exportLarge(nWhole), nWhole);
-        EXPECT_EQ(m_Ledger.GetCount("file.write-failed"), 0);
+        EXPECT_EQ(m_Ledger.GetCount(EIENote::FileWriteFailed), 0);
     }
 }
 

@@ -268,7 +268,7 @@ TEST_F(DriverTest, OneFileOrOneForEachDataset)
         }
         EXPECT_EQ(strFiles, row.m_pFiles);
         for (const TIENote& note : ledger.GetNotes())
-            strNotes += CString(note.m_pCode) + ":" + note.m_strRecord + " ";
+            strNotes += CString(note.GetWord()) + ":" + note.m_strRecord + " ";
         EXPECT_EQ(strNotes, row.m_pNotes);
     }
 }

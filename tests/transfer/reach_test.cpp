@@ -68,7 +68,7 @@ TEST_F(ReachTest, DatasetsThatOneFileMisses)
             settings.SetDataType(EIEDataType::Lines, row.m_bPoints);
         });
         EXPECT_EQ(Run(std::move(pJob)), IE_OK) << row.m_pWhat;
-        EXPECT_EQ(m_Ledger.GetCount("dataset.unreached"), row.m_nMissed) << row.m_pWhat;
+        EXPECT_EQ(m_Ledger.GetCount(EIENote::DatasetUnreached), row.m_nMissed) << row.m_pWhat;
     }
 }
 
@@ -77,7 +77,7 @@ TEST_F(ReachTest, ACodeThatNoObjectHasIsToldOnceForAllFiles)
     auto pJob = MakeJob({1, 1, 1}, false);
     AddCode(*pJob, "UNUSED");
     EXPECT_EQ(Run(std::move(pJob)), IE_OK);
-    EXPECT_EQ(m_Ledger.GetCount("job.code"), 1);
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::JobCode), 1);
 }
 
 TEST_F(ReachTest, AFileThatCannotBeDeletedDoesntSaveTheNextOne)

@@ -33,7 +33,10 @@ protected:
     CIEExporter& operator=(const CIEExporter&) = default;
 
     /// Tells the host of something that the file doesn't hold, or not as the job does.
-    void Note(TIENote::EKind eKind, const char* pCode, CString strRecord, CString strReason) const;
+    void Note(TIENote::EKind eKind, EIENote eCode, CString strRecord, CString strReason, std::int64_t nCount = 1) const
+    {
+        m_pData->Note(eKind, eCode, m_strFileName, {}, std::move(strRecord), std::move(strReason), nCount);
+    }
     /// Tells the host what of an object a form with these EIECarries bits doesn't hold: the object itself, its codes,
     /// its layer ...
     void NoteLosses(const CIEObject& object) const;

@@ -23,8 +23,12 @@ protected:
     CIEImporter(const CIEImporter&) = default;
     CIEImporter& operator=(const CIEImporter&) = default;
 
-    /// Tells the host of a record that gave nothing, or not all that it held.
-    void Note(TIENote::EKind eKind, const char* pCode, std::int64_t nLine, CString strRecord, CString strReason) const;
+    /// Tells the host of a record that gave nothing, or not all that it held, in the file that was named.
+    void Note(TIENote::EKind eKind, EIENote eCode, TIENotePlace place, CString strRecord, CString strReason,
+              std::int64_t nCount = 1) const
+    {
+        m_pData->Note(eKind, eCode, m_strFileName, place, std::move(strRecord), std::move(strReason), nCount);
+    }
     /// Tells the host how many of the file's bytes are read.
     void Progress(const CIETextFile& file) const;
 

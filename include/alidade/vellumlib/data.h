@@ -88,6 +88,10 @@ public:
         if (m_pObserver)
             m_pObserver->OnNote(note);
     }
+    /// The same from its parts; every importer and exporter tells what it has to tell by this. Without a reason it is
+    /// the sentence of the code.
+    void Note(TIENote::EKind eKind, EIENote eCode, const CString& strFile, TIENotePlace place, CString strRecord,
+              CString strReason, std::int64_t nCount = 1) const;
 
 private:
     TIESettings m_Settings;

@@ -2,26 +2,10 @@
 #pragma once
 
 #include "alidade/platform/api.h"
-#include "alidade/vellumlib/types.h"
+#include "alidade/vellumlib/notes.h"
 
 #include <cstdint>
 #include <map>
-
-/// A record that was refused, changed or left out.
-struct TIENote {
-    enum EKind : int {
-        Refused = 0, ///< import: the record gave no object
-        Changed = 1, ///< the record passed, but not as it was
-        LeftOut = 2  ///< the job held it and the file can't, or the file held it and the job can't
-    };
-    EKind m_eKind = Refused;
-    const char* m_pCode = "";    ///< stable word for the reason, as "line.field-count"; text that lives for ever
-    CString m_strFile;           ///< the file that was read or written
-    std::int64_t m_nLine = 0;    ///< line in the file from 1; 0 where lines don't apply
-    std::int64_t m_nOffset = -1; ///< byte offset in the file; -1 where it isn't known
-    CString m_strRecord;         ///< name of the point, line, layer...; empty if it has none
-    CString m_strReason;         ///< one sentence
-};
 
 /// Listens to a run. The host's; a job points to it and doesn't own it, and it outlives an export run, which deletes
 /// its job. Called on the thread of the run. It can't change the result of a run.
@@ -34,7 +18,8 @@ public:
     virtual void OnNote(const TIENote& note) = 0;
 };
 
-/// Counts notes by kind and by code, and keeps the first thousand of each code. Not for two runs at the same time.
+/// Adds up the counts of notes by kind and by code, and keeps the first thousand notes of each code. Not for two runs
+/// at the same time.
 class ALIDADE_API CIELedger : public IIETransferObserver {
 public:
     static constexpr std::size_t kKeptOfEachCode = 1000;
@@ -43,8 +28,9 @@ public:
     void OnNote(const TIENote& note) override;
 
     [[nodiscard]] std::int64_t GetCount(TIENote::EKind eKind) const { return m_CountByKind[eKind]; }
-    [[nodiscard]] std::int64_t GetCount(const CString& strCode) const;
-    [[nodiscard]] const std::map<CString, std::int64_t>& GetCounts() const { return m_CountByCode; }
+    [[nodiscard]] std::int64_t GetCount(EIENote eCode) const;
+    /// How many records and objects the notes of each code tell of.
+    [[nodiscard]] const std::map<EIENote, std::int64_t>& GetCounts() const { return m_CountByCode; }
     /// The notes that were kept, in the order in which they came.
     [[nodiscard]] const std::vector<TIENote>& GetNotes() const { return m_Notes; }
     [[nodiscard]] bool IsEmpty() const { return m_CountByCode.empty(); }
@@ -52,6 +38,7 @@ public:
 
 private:
     std::int64_t m_CountByKind[3] = {};
-    std::map<CString, std::int64_t> m_CountByCode;
+    std::map<EIENote, std::int64_t> m_CountByCode;
+    std::map<EIENote, std::size_t> m_KeptByCode;
     std::vector<TIENote> m_Notes;
 };

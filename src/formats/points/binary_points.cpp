@@ -78,14 +78,14 @@ bool CIEBinaryPointImporter::ReadHeader(CIEFileReader& file)
 {
     const std::string_view header = file.Peek(kHeaderSize);
     if (header.size() < kHeaderSize)
-        return Refuse("file.header", 0, {}, "the file is too short for the header of a point list");
+        return Refuse(EIENote::FileHeader, 0, {}, "the file is too short for the header of a point list");
     const int nHighest = LittleEndian::ReadInt32(header, kHighestNumber);
     const int nDeleted = LittleEndian::ReadInt32(header, kDeletedNumber);
     if (!IsNumber(nHighest, 0))
-        return Refuse("file.header", kHighestNumber, {},
+        return Refuse(EIENote::FileHeader, kHighestNumber, {},
                       "the highest number of a point, " + IEUtils::IntToString(nHighest) + ", isn't from 0 to 100000");
     if (!IsNumber(nDeleted))
-        return Refuse("file.header", kDeletedNumber, {},
+        return Refuse(EIENote::FileHeader, kDeletedNumber, {},
                       IEUtils::IntToString(nDeleted) + " isn't from -100000 to 100000");
     m_bSkipDeleted = nDeleted != kDeleted;
     file.Skip(kHeaderSize);
@@ -116,22 +116,24 @@ bool CIEBinaryPointImporter::ReadRecord(CIEFileReader& file, CIEDataset& dataset
     const std::uint64_t nOffset = file.GetPosition();
     const std::string_view bytes = file.Peek(kRecordSize).substr(0, kRecordSize);
     if (bytes.size() < kRecordSize)
-        return file.HasFailed() ? Refuse("file.read-failed", nOffset, {}, "the rest of the file can't be read")
-                                : Refuse("record.short", nOffset, {}, "the file ends within this record");
+        return file.HasFailed() ? Refuse(EIENote::FileReadFailed, nOffset, {}, "the rest of the file can't be read")
+                                : Refuse(EIENote::RecordShort, nOffset, {}, "the file ends within this record");
     const int nNumber = LittleEndian::ReadInt32(bytes, 0);
     const CString strName = IEUtils::IntToString(nNumber);
     if (!IsNumber(nNumber))
-        return Refuse("record.number", nOffset, strName, "its number isn't from -100000 to 100000");
+        return Refuse(EIENote::RecordNumber, nOffset, strName, "its number isn't from -100000 to 100000");
     const TIEJobInfo& info = *m_pData->GetJobInfo();
     CIEStation station(IEUtils::ToMetersFactor(LittleEndian::ReadDouble(bytes, kNorth), PlaneUnits(info)),
                        IEUtils::ToMetersFactor(LittleEndian::ReadDouble(bytes, kEast), PlaneUnits(info)),
                        IEUtils::ToMetersFactor(LittleEndian::ReadDouble(bytes, kHeight), info.GetDistUnits()));
     for (const double dValue : {station.m_dNorth, station.m_dEast, station.m_dHeight}) {
         if (!IsCoordinate(dValue))
-            return Refuse("record.coordinates", nOffset, strName, "its coordinates are beyond a million kilometres");
+            return Refuse(EIENote::RecordCoordinates, nOffset, strName,
+                          "its coordinates are beyond a million kilometres");
     }
     if (m_bSkipDeleted && nNumber == kDeleted) {
-        NoteAt(TIENote::LeftOut, "record.deleted", nOffset, strName, "it is marked as deleted");
+        Note(TIENote::LeftOut, EIENote::RecordDeleted, {0, static_cast<std::int64_t>(nOffset)}, strName,
+             "it is marked as deleted");
     } else {
         station.SetName(strName);
         auto pPoint = std::make_unique<CIEDesignPoint>(std::move(station));
@@ -148,31 +150,15 @@ void CIEBinaryPointImporter::AddCode(CIEObject& point, std::string_view bytes, s
     if (strCode.empty())
         return;
     if (strCode.find("\uFFFD") != CString::npos)
-        NoteAt(TIENote::Changed, "record.bad-characters", nOffset, point.GetName(),
-               "bytes of its code without a meaning in " + m_CodePage.GetName() + " became U+FFFD");
+        Note(TIENote::Changed, EIENote::RecordBadCharacters, {0, static_cast<std::int64_t>(nOffset)}, point.GetName(),
+             "bytes of its code without a meaning in " + m_CodePage.GetName() + " became U+FFFD");
     point.AddCode(CIECodeValues(m_pData->TakeCode(strCode)));
 }
 
-bool CIEBinaryPointImporter::Refuse(const char* pCode, std::uint64_t nOffset, CString strRecord,
-                                    CString strReason) const
+bool CIEBinaryPointImporter::Refuse(EIENote eCode, std::uint64_t nOffset, CString strRecord, CString strReason) const
 {
-    NoteAt(TIENote::Refused, pCode, nOffset, std::move(strRecord), std::move(strReason));
+    Note(TIENote::Refused, eCode, {0, static_cast<std::int64_t>(nOffset)}, std::move(strRecord), std::move(strReason));
     return false;
-}
-
-void CIEBinaryPointImporter::NoteAt(TIENote::EKind eKind, const char* pCode, std::uint64_t nOffset, CString strRecord,
-                                    CString strReason) const
-{
-    if (!m_pData->GetObserver())
-        return;
-    TIENote note;
-    note.m_eKind = eKind;
-    note.m_pCode = pCode;
-    note.m_strFile = m_strFileName;
-    note.m_nOffset = static_cast<std::int64_t>(nOffset);
-    note.m_strRecord = std::move(strRecord);
-    note.m_strReason = std::move(strReason);
-    m_pData->Note(note);
 }
 
 CIEBinaryPointExporter::CIEBinaryPointExporter(CIEData* pData, const CString& strFileName)
@@ -212,7 +198,7 @@ bool CIEBinaryPointExporter::WriteHeader()
     }
     const std::int64_t nHighest = m_nLastNumber + nNamed;
     if (!IsNumber(nHighest))
-        Note(TIENote::Changed, "job.point-numbers", {},
+        Note(TIENote::Changed, EIENote::JobPointNumbers, {},
              "its points have numbers up to " + IEUtils::IntToString(nHighest) +
                  ", and a reader refuses a file with one beyond 100000");
     CString strHeader(kMark);
@@ -258,7 +244,7 @@ bool CIEBinaryPointExporter::WriteStation(const CIEStation* pStation, const CIEO
         NoteCode(*pObject, strCode);
         if (!IsCoordinate(pStation->m_dNorth) || !IsCoordinate(pStation->m_dEast) ||
             !IsCoordinate(pStation->GetHeight()))
-            Note(TIENote::Changed, "line.unreadable", pObject->GetName(),
+            Note(TIENote::Changed, EIENote::LineUnreadable, pObject->GetName(),
                  "a reader refuses a file with coordinates beyond a million kilometres");
     }
     strCode.resize(kCodeSize);
@@ -290,20 +276,21 @@ void CIEBinaryPointExporter::NoteNumber(const CString& strName) const
     const int nNumber = LittleEndian::ReadInt32(m_strRecord, 0);
     const CString strNumber = IEUtils::IntToString(nNumber);
     if (strName != strNumber)
-        Note(TIENote::Changed, "object.name", strName, "the form has numbers for names; the point's is " + strNumber);
+        Note(TIENote::Changed, EIENote::ObjectName, strName,
+             "the form has numbers for names; the point's is " + strNumber);
     if (!IsNumber(nNumber))
-        Note(TIENote::Changed, "line.unreadable", strName,
+        Note(TIENote::Changed, EIENote::LineUnreadable, strName,
              "a reader refuses a file with a point whose number isn't from -100000 to 100000");
 }
 
 void CIEBinaryPointExporter::NoteCode(const CIEObject& object, std::string_view bytes)
 {
     if (object.GetNumberOfCodes() > 1)
-        Note(TIENote::LeftOut, "object.codes", object.GetName(), "the form holds the first of its codes alone");
+        Note(TIENote::LeftOut, EIENote::ObjectCodes, object.GetName(), "the form holds the first of its codes alone");
     const CIECodeValues* const pCode = object.GetCode(0);
     const CString strRead = m_CodePage.ToText(bytes);
     if (pCode && (strRead.empty() || strRead != pCode->GetDescription()->GetName()))
-        Note(TIENote::Changed, "object.codes", object.GetName(),
+        Note(TIENote::Changed, EIENote::ObjectCodes, object.GetName(),
              strRead.empty() ? "its code has no name, and doesn't come back"
                              : "its code comes back as \"" + strRead + "\": 16 bytes in " + m_CodePage.GetName());
 }

@@ -27,9 +27,7 @@ private:
     EIEResult ReadRecords(CIEFileReader& file, CIEDataset& dataset);
     bool ReadRecord(CIEFileReader& file, CIEDataset& dataset);
     void AddCode(CIEObject& point, std::string_view bytes, std::uint64_t nOffset);
-    bool Refuse(const char* pCode, std::uint64_t nOffset, CString strRecord, CString strReason) const;
-    void NoteAt(TIENote::EKind eKind, const char* pCode, std::uint64_t nOffset, CString strRecord,
-                CString strReason) const;
+    bool Refuse(EIENote eCode, std::uint64_t nOffset, CString strRecord, CString strReason) const;
 
     CIECodePage m_CodePage;
     bool m_bSkipDeleted = false; ///< records with the number -1 are none

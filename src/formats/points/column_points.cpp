@@ -91,7 +91,7 @@ CIERecordImporter::EAnswer CIEColumnPointImporter::TakeLine(std::string_view lin
 void CIEColumnPointImporter::NoteEnd() const
 {
     if (m_nCode == kMarked && !m_bMarked && m_nLine > 0)
-        Note(TIENote::LeftOut, "file.no-record", m_nLine, {},
+        Note(TIENote::LeftOut, EIENote::FileNoRecord, m_nLine, {},
              "none of the lines begins with \"" + CString(kRecordMark) + "\", as the records of this form do");
 }
 
@@ -102,7 +102,7 @@ CIERecordImporter::EAnswer CIEColumnPointImporter::TakeWithNotes(std::string_vie
             KeepMended();
             return TakeHeld(line);
         }
-        Note(TIENote::LeftOut, "line.note", m_nLine, {}, "no point stands ahead of this note");
+        Note(TIENote::LeftOut, EIENote::LineNote, m_nLine, {}, "no point stands ahead of this note");
         return Taken;
     }
     const EAnswer eAnswer = m_strHeld.empty() ? Taken : TakeHeld({});
@@ -122,7 +122,7 @@ CIERecordImporter::EAnswer CIEColumnPointImporter::TakeHeld(std::string_view not
     record.m_Notes = ColumnPoints::ReadNote(noteLine);
     TakePoint(record, m_nHeldLine);
     if (IEUtils::Length(noteLine) > kColumns)
-        Note(TIENote::Changed, "line.note", m_nLine, m_pPoint->GetName(),
+        Note(TIENote::Changed, EIENote::LineNote, m_nLine, m_pPoint->GetName(),
              "its note is longer than its line may be, and was cut");
     return Taken;
 }

@@ -131,9 +131,9 @@ void CIECommaPointImporter::KeepBehindComma(EIEPiece ePiece, std::string_view re
     if (rest.find_first_not_of(", ") == std::string_view::npos)
         return;
     if (ePiece == Name || ePiece == Code) {
-        KeepNote(TIENote::LeftOut, "line.fields", "what stands behind the comma in its line isn't read");
+        KeepNote(TIENote::LeftOut, EIENote::LineFields, "what stands behind the comma in its line isn't read");
     } else if (!m_bNumberCut) {
-        KeepNote(TIENote::Changed, "line.number-cut",
+        KeepNote(TIENote::Changed, EIENote::LineNumberCut,
                  "what stands behind the comma in its number isn't read; a decimal point is a point");
         m_bNumberCut = true;
     }
@@ -142,7 +142,7 @@ void CIECommaPointImporter::KeepBehindComma(EIEPiece ePiece, std::string_view re
 void CIECommaPointImporter::NoteEnd() const
 {
     if (m_nPiece > 0)
-        Note(TIENote::Refused, "line.cut", m_nLine, m_strName, "the file ends within the lines of this point");
+        Note(TIENote::Refused, EIENote::LineCut, m_nLine, m_strName, "the file ends within the lines of this point");
 }
 
 CIECommaPointExporter::CIECommaPointExporter(CIEData* pData, const CString& strFileName, int nCode)

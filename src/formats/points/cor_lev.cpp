@@ -69,8 +69,8 @@ bool CIECorLevImporter::Open(CIETextFile& file, const char* pExtension)
         if (file.Open(m_strBase + strExtension, strCodePage))
             return true;
     }
-    NoteIn(m_strBase + pExtension, TIENote::Refused, "file.cannot-open", 0, {},
-           "this file of the pair can't be opened for reading");
+    m_pData->Note(TIENote::Refused, EIENote::FileCannotOpen, m_strBase + pExtension, 0, {},
+                  "this file of the pair can't be opened for reading");
     return false;
 }
 
@@ -83,28 +83,28 @@ EIEResult CIECorLevImporter::ReadLines(CIETextFile& file, TReadLine readLine)
     while (file.GetPosition() != file.GetLength() && !CIEData::m_bStopProcess) {
         if (!file.ReadLine(line) || line.empty())
             break;
-        if (file.WasCut() ? !Refuse("line.too-long", {}, "the line is longer than any record can be")
+        if (file.WasCut() ? !Refuse(EIENote::LineTooLong, {}, "the line is longer than any record can be")
                           : !(this->*readLine)(line)) {
             eResult = IE_BAD_CONTENT;
             break;
         }
         if (file.WasMended())
-            NoteIn(file.GetFileName(), TIENote::Changed, "line.bad-characters", file.GetLineNumber(),
-                   CString(IEUtils::Column(line, 0, kNameColumns)),
-                   "bytes without a meaning in " + file.GetEncoding() + " became U+FFFD");
+            m_pData->Note(TIENote::Changed, EIENote::LineBadCharacters, file.GetFileName(), file.GetLineNumber(),
+                          CString(IEUtils::Column(line, 0, kNameColumns)),
+                          "bytes without a meaning in " + file.GetEncoding() + " became U+FFFD");
         if (file.GetLineNumber() % kLinesBetweenReports == 0)
             Progress(file);
     }
     while (m_pData->GetObserver() && eResult == IE_OK && !CIEData::m_bStopProcess && file.ReadLine(line)) {
         if (IEUtils::Trim(line).empty())
             continue;
-        NoteIn(file.GetFileName(), TIENote::LeftOut, "line.behind-end", file.GetLineNumber(), {},
-               "a blank line ended the data ahead of this line; nothing from here on was read");
+        m_pData->Note(TIENote::LeftOut, EIENote::LineBehindEnd, file.GetFileName(), file.GetLineNumber(), {},
+                      "a blank line ended the data ahead of this line; nothing from here on was read");
         break;
     }
     if (file.HasFailed())
-        NoteIn(file.GetFileName(), TIENote::Refused, "file.read-failed", file.GetLineNumber() + 1, {},
-               "the rest of the file can't be read");
+        m_pData->Note(TIENote::Refused, EIENote::FileReadFailed, file.GetFileName(), file.GetLineNumber() + 1, {},
+                      "the rest of the file can't be read");
     Progress(file);
     return eResult;
 }
@@ -115,7 +115,8 @@ bool CIECorLevImporter::ReadCoordinates(std::string_view line)
     const std::string_view numbers = line.substr(IEUtils::Left(line, kNameColumns).size());
     const std::size_t nPoint = numbers.find('.');
     if (nPoint == std::string_view::npos)
-        return Refuse("line.number", name, "\"" + Excerpt(numbers) + "\" isn't an east and a north with four decimals");
+        return Refuse(EIENote::LineNumber, name,
+                      "\"" + Excerpt(numbers) + "\" isn't an east and a north with four decimals");
     // no blank needs to stand between the two
     const std::string_view east = numbers.substr(0, nPoint + 1 + kDecimals);
     const std::string_view north = numbers.substr(east.size());
@@ -124,10 +125,10 @@ bool CIECorLevImporter::ReadCoordinates(std::string_view line)
     CIEStation station;
     station.m_dEast = IEUtils::StringByStyleToDist(units, east, bOk);
     if (!bOk)
-        return Refuse("line.number", name, "its east \"" + Excerpt(east) + "\" can't be read");
+        return Refuse(EIENote::LineNumber, name, "its east \"" + Excerpt(east) + "\" can't be read");
     station.m_dNorth = IEUtils::StringByStyleToDist(units, north, bOk);
     if (!bOk)
-        return Refuse("line.number", name, "its north \"" + Excerpt(north) + "\" can't be read");
+        return Refuse(EIENote::LineNumber, name, "its north \"" + Excerpt(north) + "\" can't be read");
     station.SetName(CString(name));
     m_Stations.push_back(std::move(station));
     m_HasLevel.push_back(false);
@@ -139,18 +140,18 @@ bool CIECorLevImporter::ReadLevel(std::string_view line)
     const std::string_view name = IEUtils::Column(line, 0, kNameColumns);
     const std::string_view text = line.substr(IEUtils::Left(line, kNameColumns).size());
     if (m_nLevelIndex + 1 >= static_cast<int>(m_Stations.size()))
-        return Refuse("line.behind-last", name, "the level ahead of it belongs to the last point");
+        return Refuse(EIENote::LineBehindLast, name, "the level ahead of it belongs to the last point");
     double dLevel = 0.0;
     if (!IEUtils::StringToDouble(text, dLevel, false))
-        return Refuse("line.number", name, "its height \"" + Excerpt(text) + "\" can't be read");
+        return Refuse(EIENote::LineNumber, name, "its height \"" + Excerpt(text) + "\" can't be read");
     const int nStation = FindStation(name);
     if (nStation < 0)
-        return Refuse("line.name", name, "no point of the other file has the name \"" + CString(name) + "\"");
+        return Refuse(EIENote::LineName, name, "no point of the other file has the name \"" + CString(name) + "\"");
     m_nLevelIndex = nStation;
     const auto nIndex = static_cast<std::size_t>(nStation);
     if (m_HasLevel[nIndex])
-        NoteIn(m_pFile->GetFileName(), TIENote::Changed, "line.second-level", m_pFile->GetLineNumber(), CString(name),
-               "it replaces a height that a line ahead gave");
+        m_pData->Note(TIENote::Changed, EIENote::LineSecondLevel, m_pFile->GetFileName(), m_pFile->GetLineNumber(),
+                      CString(name), "it replaces a height that a line ahead gave");
     m_HasLevel[nIndex] = true;
     m_Stations[nIndex].SetHeight(dLevel);
     return true;
@@ -175,31 +176,18 @@ void CIECorLevImporter::AddPoints(CIEDataset& dataset)
 {
     for (std::size_t i = 0; i < m_Stations.size(); ++i) {
         if (!m_HasLevel[i])
-            NoteIn(m_strBase + kLevels, TIENote::Changed, "record.no-level", 0, m_Stations[i].GetName(),
-                   "no line gives its height, which is 0");
+            m_pData->Note(TIENote::Changed, EIENote::RecordNoLevel, m_strBase + kLevels, 0, m_Stations[i].GetName(),
+                          "no line gives its height, which is 0");
         dataset.Add(std::make_unique<CIEDesignPoint>(std::move(m_Stations[i])));
     }
     m_Stations.clear();
 }
 
-bool CIECorLevImporter::Refuse(const char* pCode, std::string_view record, CString strReason)
+bool CIECorLevImporter::Refuse(EIENote eCode, std::string_view record, CString strReason)
 {
-    NoteIn(m_pFile->GetFileName(), TIENote::Refused, pCode, m_pFile->GetLineNumber(), CString(record),
-           std::move(strReason));
+    m_pData->Note(TIENote::Refused, eCode, m_pFile->GetFileName(), m_pFile->GetLineNumber(), CString(record),
+                  std::move(strReason));
     return false;
-}
-
-void CIECorLevImporter::NoteIn(const CString& strFile, TIENote::EKind eKind, const char* pCode, std::int64_t nLine,
-                               CString strRecord, CString strReason) const
-{
-    TIENote note;
-    note.m_eKind = eKind;
-    note.m_pCode = pCode;
-    note.m_strFile = strFile;
-    note.m_nLine = nLine;
-    note.m_strRecord = std::move(strRecord);
-    note.m_strReason = std::move(strReason);
-    m_pData->Note(note);
 }
 
 CIECorLevExporter::CIECorLevExporter(CIEData* pData, const CString& strFileName) : CIEPointExporter(pData, strFileName)
@@ -221,10 +209,10 @@ bool CIECorLevExporter::OpenFile()
         NoteLevels("the file can't be created, and all heights are lost");
     const TIEJobInfo& info = *m_pData->GetJobInfo();
     if (info.GetCSType() == TIEJobInfo::Geographic)
-        Note(TIENote::Changed, "job.geographic", {},
+        Note(TIENote::Changed, EIENote::JobGeographic, {},
              "latitude and longitude go out with four decimals, which is some ten metres");
     if (info.GetDistUnits() != EDIST_UNITS::Meters && info.GetDistUnits() != EDIST_UNITS::None)
-        Note(TIENote::Changed, "job.units", {},
+        Note(TIENote::Changed, EIENote::JobUnits, {},
              "lengths go out in metres, and a reader takes coordinates in the units of its job");
     return true;
 }
@@ -254,12 +242,7 @@ void CIECorLevExporter::CloseLevels()
 
 void CIECorLevExporter::NoteLevels(CString strReason) const
 {
-    TIENote note;
-    note.m_eKind = TIENote::LeftOut;
-    note.m_pCode = "file.write-failed";
-    note.m_strFile = m_strFileName + kLevels;
-    note.m_strReason = std::move(strReason);
-    m_pData->Note(note);
+    m_pData->Note(TIENote::LeftOut, EIENote::FileWriteFailed, m_strFileName + kLevels, {}, {}, std::move(strReason));
 }
 
 bool CIECorLevExporter::WriteStation(const CIEStation* pStation, const CIEObject* pObject)
@@ -293,6 +276,6 @@ bool CIECorLevExporter::WriteStation(const CIEStation* pStation, const CIEObject
 void CIECorLevExporter::NoteName(const CString& strName, std::string_view written) const
 {
     if (m_pData->GetObserver() && IEUtils::Trim(written) != strName)
-        Note(TIENote::Changed, "object.name", strName,
+        Note(TIENote::Changed, EIENote::ObjectName, strName,
              "a reader takes its name as \"" + CString(IEUtils::Trim(written)) + "\"");
 }

@@ -26,9 +26,7 @@ private:
     bool ReadLevel(std::string_view line);
     int FindStation(std::string_view name);
     void AddPoints(CIEDataset& dataset);
-    bool Refuse(const char* pCode, std::string_view record, CString strReason);
-    void NoteIn(const CString& strFile, TIENote::EKind eKind, const char* pCode, std::int64_t nLine, CString strRecord,
-                CString strReason) const;
+    bool Refuse(EIENote eCode, std::string_view record, CString strReason);
 
     CString m_strBase;
     const CIETextFile* m_pFile = nullptr; ///< the one that is being read

@@ -122,7 +122,7 @@ bool CIEDelimitedExporter::OpenFile()
         m_bPlainLayout = IsPlainLayout(format);
         if ((nCarries & CARRIES_ATTRIBUTES) && !m_pData->GetSettings().m_bAttrTypes &&
             HasTypedAttributes(*m_pData->GetIEDataDictionary()))
-            Note(TIENote::Changed, "job.attribute-types", {},
+            Note(TIENote::Changed, EIENote::JobAttributeTypes, {},
                  "without type words, every attribute reads back as text; the settings can ask for them");
         Losses::NoteCoarseDegrees(*m_pData, m_strFileName);
     }
@@ -171,9 +171,10 @@ void CIEDelimitedExporter::NoteObject(const CIEObject& object)
         bHeightLost = bHeightLost || (bNoHeight && pStation->GetHeight() != 0.0);
     }
     if (bPlaceLost)
-        Note(TIENote::LeftOut, "object.coordinates", object.GetName(), "the layout has no field for north or for east");
+        Note(TIENote::LeftOut, EIENote::ObjectCoordinates, object.GetName(),
+             "the layout has no field for north or for east");
     if (bHeightLost)
-        Note(TIENote::LeftOut, "object.height", object.GetName(), "the layout has no field for heights");
+        Note(TIENote::LeftOut, EIENote::ObjectHeight, object.GetName(), "the layout has no field for heights");
 }
 
 void CIEDelimitedExporter::NoteShape(const CIEObject& object)
@@ -183,14 +184,15 @@ void CIEDelimitedExporter::NoteShape(const CIEObject& object)
     const CString& strName = object.GetName();
     const int nStations = object.GetNumberOfStations();
     if (nStations == 0) {
-        Note(TIENote::LeftOut, "object.no-station", strName, "a line without stations leaves no trace in the file");
+        Note(TIENote::LeftOut, EIENote::ObjectNoStation, strName,
+             "a line without stations leaves no trace in the file");
     } else if (nStations == 1 || strName.empty() || !m_bNameField) {
-        Note(TIENote::Changed, "object.line-as-points", strName,
+        Note(TIENote::Changed, EIENote::ObjectLineAsPoints, strName,
              "without a name, or with a single station, it reads back as points");
     } else {
         const bool bCloses = ClosesInFile(object);
         if ((object.GetType() == EIEObjectsType::Polygon) != bCloses)
-            Note(TIENote::Changed, "object.ring", strName,
+            Note(TIENote::Changed, EIENote::ObjectRing, strName,
                  bCloses ? "a line that ends where it starts reads back as a polygon"
                          : "a polygon whose last station isn't its first reads back as a line");
     }
@@ -213,14 +215,14 @@ void CIEDelimitedExporter::NoteJoin(const CIEObject& object, const CString& strR
     if (&object == m_pLastObject) {
         // a line without a name was told of as a whole
         if (!bSameName || (strRead.empty() && m_bNameField && !object.GetName().empty()))
-            Note(TIENote::Changed, "object.line-split", object.GetName(),
+            Note(TIENote::Changed, EIENote::ObjectLineSplit, object.GetName(),
                  "the reader sees no name on its stations, or different ones, and makes no single line of them");
     } else if (bSameName && !strRead.empty()) {
         constexpr const char* kReason =
             "the reader sees the same name on it and on its neighbour, and makes one line of both";
-        Note(TIENote::Changed, "object.joined", object.GetName(), kReason);
+        Note(TIENote::Changed, EIENote::ObjectJoined, object.GetName(), kReason);
         if (m_strLastName != object.GetName())
-            Note(TIENote::Changed, "object.joined", m_strLastName, kReason);
+            Note(TIENote::Changed, EIENote::ObjectJoined, m_strLastName, kReason);
     }
     m_pLastObject = &object;
     m_strLastName = object.GetName();
@@ -252,7 +254,7 @@ void CIEDelimitedExporter::NoteStart(const CString& strName)
     m_bFirstLine = false;
     NoteBytes(line, bStart, strName);
     if (bStart && line.find(DelimitedText::kHeaderStart) != std::string_view::npos)
-        Note(TIENote::Changed, "line.file-start", strName,
+        Note(TIENote::Changed, EIENote::LineFileStart, strName,
              "at the start of the file, its text is a header line to the reader");
 }
 
@@ -277,24 +279,25 @@ void CIEDelimitedExporter::NoteLine(const CIEStation& station, const CIEObject& 
     const auto has = [&layout](IEAsciiFields::EType type) { return IEAsciiFields::FindTypeInArray(type, layout) >= 0; };
     const CString& strName = object.GetName();
     if (m_Line.IsEmpty()) {
-        Note(TIENote::Changed, "line.blank", strName,
+        Note(TIENote::Changed, EIENote::LineBlank, strName,
              "its line is blank, and a blank line ends the data for the reader");
         return;
     }
     const std::unique_ptr<CIEObject> pRead = m_pReader->Read(m_Line.GetText());
     if (!pRead) {
-        Note(TIENote::Changed, "line.unreadable", strName, "the reader will refuse its line");
+        Note(TIENote::Changed, EIENote::LineUnreadable, strName, "the reader will refuse its line");
         return;
     }
     NoteJoin(object, pRead->GetName());
     if (pRead->GetType() == EIEObjectsType::PTLPoint && object.GetType() == EIEObjectsType::DesignPoint)
-        Note(TIENote::Changed, "object.point-kind", strName, "its name makes it a point-to-line point for the reader");
+        Note(TIENote::Changed, EIENote::ObjectPointKind, strName,
+             "its name makes it a point-to-line point for the reader");
     if (has(IEAsciiFields::Name) ? pRead->GetName() != strName : !strName.empty())
-        Note(TIENote::Changed, "object.name", strName, "its name doesn't come back as it is");
+        Note(TIENote::Changed, EIENote::ObjectName, strName, "its name doesn't come back as it is");
     if (has(IEAsciiFields::Notes) && pRead->GetStation(0)->GetNotes() != station.GetNotes())
-        Note(TIENote::Changed, "object.notes", strName, "its notes don't come back as they are");
+        Note(TIENote::Changed, EIENote::ObjectNotes, strName, "its notes don't come back as they are");
     const unsigned nCarries = CarriedByLayout();
     if ((nCarries & CARRIES_CODES) &&
         !HaveEqualCodes(*pRead, object, !(nCarries & CARRIES_ATTRIBUTES), m_pData->GetSettings().m_bAttrTypes))
-        Note(TIENote::Changed, "object.codes", strName, "its codes don't come back as they are");
+        Note(TIENote::Changed, EIENote::ObjectCodes, strName, "its codes don't come back as they are");
 }

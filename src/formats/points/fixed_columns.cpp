@@ -43,7 +43,7 @@ EIEResult CIEFixedColumnImporter::ParseLine(std::string_view line, std::unique_p
     }
     pObject = CIERecordReader::MakePoint(*m_pData, record);
     for (const CIERecordReader::TDoubt& doubt : m_Reader.GetDoubts())
-        NoteLine(doubt.m_pCode, *pObject, doubt.m_strReason);
+        NoteLine(doubt.m_eCode, *pObject, doubt.m_strReason);
     return IE_OK;
 }
 

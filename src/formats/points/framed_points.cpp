@@ -76,7 +76,7 @@ CIERecordImporter::EAnswer CIEFramedPointImporter::TakeLine(std::string_view lin
 {
     if (m_bFirstLine) {
         if (line != kFrameStart) {
-            Refuse(m_nLine, {}, "file.no-frame", CString("the first line isn't \"") + kFrameStart + "\"");
+            Refuse(m_nLine, {}, EIENote::FileNoFrame, CString("the first line isn't \"") + kFrameStart + "\"");
             return NotOurs;
         }
         m_bFirstLine = false;
@@ -90,7 +90,7 @@ CIERecordImporter::EAnswer CIEFramedPointImporter::TakeLine(std::string_view lin
 void CIEFramedPointImporter::NoteEnd() const
 {
     if (!m_bFirstLine)
-        Note(TIENote::LeftOut, "file.no-end", m_nLine, {},
+        Note(TIENote::LeftOut, EIENote::FileNoEnd, m_nLine, {},
              CString("the file lacks the line \"") + kFrameEnd + "\" that closes the data; it may be cut");
 }
 

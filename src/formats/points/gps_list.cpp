@@ -35,23 +35,23 @@ using TGap = TIELayoutGap<CIEGPSPosition>;
 
 #define HAS(condition) [](const CIEGPSPosition& position) -> bool { return condition; }
 constexpr TGap kGaps[] = {
-    {IEAsciiFields::Name, "object.name", "name", HAS(!position.GetName().empty())},
-    {IEAsciiFields::North, "object.coordinates", "north", HAS(position.GetStation()->m_dNorth != 0.0)},
-    {IEAsciiFields::East, "object.coordinates", "east", HAS(position.GetStation()->m_dEast != 0.0)},
-    {IEAsciiFields::Height, "object.height", "height", HAS(position.GetStation()->GetHeight() != 0.0)},
-    {IEAsciiFields::HorizontalRMS, "object.gps-data", "horizontal accuracy", HAS(position.HasCV())},
-    {IEAsciiFields::VerticalRMS, "object.gps-data", "vertical accuracy", HAS(position.HasCV())},
-    {TGap::kNoField, "object.gps-data", "covariances",
+    {IEAsciiFields::Name, EIENote::ObjectName, "name", HAS(!position.GetName().empty())},
+    {IEAsciiFields::North, EIENote::ObjectCoordinates, "north", HAS(position.GetStation()->m_dNorth != 0.0)},
+    {IEAsciiFields::East, EIENote::ObjectCoordinates, "east", HAS(position.GetStation()->m_dEast != 0.0)},
+    {IEAsciiFields::Height, EIENote::ObjectHeight, "height", HAS(position.GetStation()->GetHeight() != 0.0)},
+    {IEAsciiFields::HorizontalRMS, EIENote::ObjectGpsData, "horizontal accuracy", HAS(position.HasCV())},
+    {IEAsciiFields::VerticalRMS, EIENote::ObjectGpsData, "vertical accuracy", HAS(position.HasCV())},
+    {TGap::kNoField, EIENote::ObjectGpsData, "covariances",
      HAS(position.GetCV().m_dXY != 0.0 || position.GetCV().m_dXZ != 0.0 || position.GetCV().m_dYZ != 0.0)},
-    {IEAsciiFields::Date, "object.gps-data", "date", HAS(position.HasTime())},
-    {IEAsciiFields::Time, "object.gps-data", "time", HAS(position.HasTime())},
-    {IEAsciiFields::PositionDOP, "object.gps-data", "PDOP", HAS(position.GetDOP().m_dPDOP != 0.0)},
-    {IEAsciiFields::HorizontalDOP, "object.gps-data", "HDOP", HAS(position.GetDOP().m_dHDOP != 0.0)},
-    {IEAsciiFields::VerticalDOP, "object.gps-data", "VDOP", HAS(position.GetDOP().m_dVDOP != 0.0)},
-    {TGap::kNoField, "object.gps-data", "GDOP", HAS(position.GetDOP().m_dGDOP != 0.0)},
-    {IEAsciiFields::Solution, "object.gps-data", "solution", HAS(position.GetSolutionType() != 0)},
-    {IEAsciiFields::GpsSatellites, "object.gps-data", "GPS satellites", HAS(position.GetNumberOfGpsSats() != 0)},
-    {IEAsciiFields::GlonassSatellites, "object.gps-data", "Glonass satellites",
+    {IEAsciiFields::Date, EIENote::ObjectGpsData, "date", HAS(position.HasTime())},
+    {IEAsciiFields::Time, EIENote::ObjectGpsData, "time", HAS(position.HasTime())},
+    {IEAsciiFields::PositionDOP, EIENote::ObjectGpsData, "PDOP", HAS(position.GetDOP().m_dPDOP != 0.0)},
+    {IEAsciiFields::HorizontalDOP, EIENote::ObjectGpsData, "HDOP", HAS(position.GetDOP().m_dHDOP != 0.0)},
+    {IEAsciiFields::VerticalDOP, EIENote::ObjectGpsData, "VDOP", HAS(position.GetDOP().m_dVDOP != 0.0)},
+    {TGap::kNoField, EIENote::ObjectGpsData, "GDOP", HAS(position.GetDOP().m_dGDOP != 0.0)},
+    {IEAsciiFields::Solution, EIENote::ObjectGpsData, "solution", HAS(position.GetSolutionType() != 0)},
+    {IEAsciiFields::GpsSatellites, EIENote::ObjectGpsData, "GPS satellites", HAS(position.GetNumberOfGpsSats() != 0)},
+    {IEAsciiFields::GlonassSatellites, EIENote::ObjectGpsData, "Glonass satellites",
      HAS(position.GetNumberOfGlonassSats() != 0)},
 };
 #undef HAS
@@ -64,7 +64,7 @@ bool CIEGPSListExporter::OpenFile()
     for (const IEAsciiFields::EType eField : m_pData->GetSettings().GetAsciiFormat().m_Fields) {
         nCarries |= CarriedByField(eField);
         if (eField > IEAsciiFields::GlonassSatellites)
-            Note(TIENote::LeftOut, "layout.field", {},
+            Note(TIENote::LeftOut, EIENote::LayoutField, {},
                  "its field \"" + IEAsciiFields::FieldsToString({eField}) +
                      "\" stays empty in a list of GPS positions");
     }
@@ -147,35 +147,35 @@ void CIEGPSListExporter::NoteMissing(const CIEGPSPosition& position) const
         return IEAsciiFields::FindTypeInArray(eField, layout) >= 0;
     };
     const CString& strName = position.GetName();
-    ForEachLayoutGap(kGaps, layout, position, [&](const char* pCode, const CString& strWords) {
-        Note(TIENote::LeftOut, pCode, strName, "the list has no field for its " + strWords);
+    ForEachLayoutGap(kGaps, layout, position, [&](EIENote eCode, const CString& strWords) {
+        Note(TIENote::LeftOut, eCode, strName, "the list has no field for its " + strWords);
     });
     if (!position.HasCV() && (has(IEAsciiFields::HorizontalRMS) || has(IEAsciiFields::VerticalRMS)))
-        Note(TIENote::Changed, "object.no-accuracy", strName, "its accuracy isn't known and is written as 0");
+        Note(TIENote::Changed, EIENote::ObjectNoAccuracy, strName, "its accuracy isn't known and is written as 0");
     if (!position.HasTime() && (has(IEAsciiFields::Date) || has(IEAsciiFields::Time)))
-        Note(TIENote::Changed, "object.no-time", strName, "its date and time aren't known and are written as 0");
+        Note(TIENote::Changed, EIENote::ObjectNoTime, strName, "its date and time aren't known and are written as 0");
 }
 
 void CIEGPSListExporter::NoteTexts(const CIEGPSPosition& position)
 {
     const TIEAsciiFormat& format = m_pData->GetSettings().GetAsciiFormat();
-    const auto note = [&](const char* pCode, const char* pWhat) {
-        Note(TIENote::Changed, pCode, position.GetName(),
+    const auto note = [&](EIENote eCode, const char* pWhat) {
+        Note(TIENote::Changed, eCode, position.GetName(),
              CString("the delimiter or a line end in its ") + pWhat + " doesn't come back as it is");
     };
     for (const IEAsciiFields::EType eField : format.m_Fields) {
         if (eField == IEAsciiFields::Name && BreaksRow(position.GetName(), format.m_cDelimiter))
-            note("object.name", "name");
+            note(EIENote::ObjectName, "name");
         if (eField == IEAsciiFields::Notes && BreaksRow(position.GetStation()->GetNotes(), format.m_cDelimiter))
-            note("object.notes", "notes");
+            note(EIENote::ObjectNotes, "notes");
         if (eField == IEAsciiFields::Solution && position.GetRawDataType() == CIEGPSPosition::SatelliteData &&
             BreaksRow(position.GetSolutionTypeAsString(), format.m_cDelimiter))
-            note("object.gps-data", "solution");
+            note(EIENote::ObjectGpsData, "solution");
         const unsigned nCodes = CarriedByField(eField);
         if ((nCodes & CARRIES_CODES) &&
             BreaksRow(MakeCodeString(&position, (nCodes & CARRIES_ATTRIBUTES) != 0,
                                      (nCodes & CARRIES_CODE_STRINGS) != 0, (nCodes & CARRIES_CONTROL_CODES) != 0),
                       format.m_cDelimiter, position.GetNumberOfCodes()))
-            note("object.codes", "codes");
+            note(EIENote::ObjectCodes, "codes");
     }
 }

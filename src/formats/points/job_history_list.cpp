@@ -19,7 +19,7 @@ bool CIEJobHistoryListExporter::SingleStep()
 {
     const CIEJobHistory* const pHistory = GetHistory();
     if (!pHistory) {
-        Note(TIENote::LeftOut, "job.no-history", {}, "the dataset has no job history, so there is no file of it");
+        Note(TIENote::LeftOut, EIENote::JobNoHistory, {}, "the dataset has no job history, so there is no file of it");
         return false;
     }
     ++m_nStep;
@@ -69,16 +69,16 @@ void CIEJobHistoryListExporter::NoteTable(const TIEJobHistoryTable& table) const
     };
     if (hasComma(table.m_strTitle) || hasComma(table.m_strText) ||
         anyWritten([&](const TIEJobHistoryXMLTag& tag) { return hasComma(tag.m_strName); }))
-        Note(TIENote::Changed, "history.comma", strTable,
+        Note(TIENote::Changed, EIENote::HistoryComma, strTable,
              "a comma in its texts or in the names of its tags looks like the end of a field");
     if (anyWritten([&](const TIEJobHistoryXMLTag& tag) { return hasComma(tag.m_strValue); }))
-        Note(TIENote::Changed, "history.comma", strTable, "commas in its values became blanks");
+        Note(TIENote::Changed, EIENote::HistoryComma, strTable, "commas in its values became blanks");
     if (hasLineEnd(table.m_strTitle) || hasLineEnd(table.m_strText) || anyWritten([&](const TIEJobHistoryXMLTag& tag) {
             return hasLineEnd(tag.m_strName) || hasLineEnd(tag.m_strValue);
         }))
-        Note(TIENote::Changed, "history.line-end", strTable, "line ends in its texts became blanks");
+        Note(TIENote::Changed, EIENote::HistoryLineEnd, strTable, "line ends in its texts became blanks");
     if (any([](const TIEJobHistoryXMLTag& tag) { return tag.m_strValue.empty() || !tag.m_strText.empty(); }))
-        Note(TIENote::LeftOut, "history.tag", strTable,
+        Note(TIENote::LeftOut, EIENote::HistoryTag, strTable,
              "the list holds neither tags without a value nor the further texts of tags");
 }
 

@@ -13,7 +13,7 @@ struct TIELayoutGap {
     static constexpr auto kNoField = static_cast<IEAsciiFields::EType>(-1);
 
     IEAsciiFields::EType m_eField;
-    const char* m_pCode; ///< of the note; rows of one code stand together and make one note
+    EIENote m_eCode; ///< of the note; rows of one code stand together and make one note
     const char* m_pWord;
     bool (*m_pHas)(const TObject& object);
 };
@@ -29,9 +29,9 @@ void ForEachLayoutGap(const TIELayoutGap<TObject> (&gaps)[n], const IEAsciiField
         const TIELayoutGap<TObject>& gap = gaps[i];
         if (IEAsciiFields::FindTypeInArray(gap.m_eField, layout) < 0 && gap.m_pHas(object))
             strWords.append(strWords.empty() ? "" : ", ").append(gap.m_pWord);
-        const bool bLast = i + 1 == n || std::string_view(gaps[i + 1].m_pCode) != gap.m_pCode;
+        const bool bLast = i + 1 == n || gaps[i + 1].m_eCode != gap.m_eCode;
         if (bLast && !strWords.empty())
-            note(gap.m_pCode, strWords);
+            note(gap.m_eCode, strWords);
         if (bLast)
             strWords.clear();
     }

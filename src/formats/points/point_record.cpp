@@ -67,8 +67,8 @@ bool CIERecordReader::Read(std::string_view text, TIEPointRecord& record)
     // where a short line has its code string, a point-to-line point has its first reference
     const bool bReference = record.m_bRelative && record.m_CodeString.data() == record.m_FirstReference.data();
     if (!record.m_bCode && !bReference && !IEUtils::Trim(record.m_CodeString).empty())
-        Doubt("line.code-string", "its code string \"" + Excerpt(record.m_CodeString) + "\" has no code ahead of it",
-              TIENote::LeftOut);
+        Doubt(EIENote::LineCodeString,
+              "its code string \"" + Excerpt(record.m_CodeString) + "\" has no code ahead of it", TIENote::LeftOut);
     return true;
 }
 
@@ -84,11 +84,11 @@ bool CIERecordReader::ReadFields(std::string_view text, TIEPointRecord& record)
         nStart = nEnd + 1;
     }
     if (m_Fields.empty())
-        return Refuse("line.empty", "the line is empty ahead of the end of the data");
+        return Refuse(EIENote::LineEmpty, "the line is empty ahead of the end of the data");
     if (m_Fields.size() < m_Form.m_nFewestFields)
-        return Refuse("line.field-count", "it has " + IEUtils::IntToString(static_cast<int>(m_Fields.size())) +
-                                              " fields, and the form has " +
-                                              IEUtils::IntToString(static_cast<int>(m_Form.m_nFewestFields)));
+        return Refuse(EIENote::LineFieldCount, "it has " + IEUtils::IntToString(static_cast<int>(m_Fields.size())) +
+                                                   " fields, and the form has " +
+                                                   IEUtils::IntToString(static_cast<int>(m_Form.m_nFewestFields)));
     for (const TIEPlace& place : m_Form.m_Places) {
         const auto nField = static_cast<std::size_t>(place.m_nFirst);
         // what a short line lacks reads as empty
@@ -109,7 +109,8 @@ bool CIERecordReader::ReadReferences(TIEPointRecord& record)
     record.m_FirstReference = m_Fields[nFirst];
     record.m_SecondReference = m_Fields[nFirst + 1];
     if (record.m_FirstReference.empty() && record.m_SecondReference.empty())
-        Doubt("line.references", "its number of fields makes it a point-to-line point, but it names no reference line");
+        Doubt(EIENote::LineReferences,
+              "its number of fields makes it a point-to-line point, but it names no reference line");
     return ReadPiece(EIEPiece::North, m_Fields[1], record) && ReadPiece(EIEPiece::East, m_Fields[2], record);
 }
 
@@ -117,14 +118,15 @@ bool CIERecordReader::ReadReferences(TIEPointRecord& record)
 void CIERecordReader::DoubtFields(std::string_view text)
 {
     if (m_Form.m_pTag && m_Fields[0] != m_Form.m_pTag)
-        Doubt("line.tag", "its first field \"" + Excerpt(m_Fields[0]) + "\" isn't \"" + m_Form.m_pTag + "\"",
+        Doubt(EIENote::LineTag, "its first field \"" + Excerpt(m_Fields[0]) + "\" isn't \"" + m_Form.m_pTag + "\"",
               TIENote::LeftOut);
     if (m_Form.m_nMostFields == 0 || m_Fields.size() <= m_Form.m_nMostFields)
         return;
     const char filler[] = {m_Form.m_cDelimiter, ' ', '\0'};
     text.remove_prefix(static_cast<std::size_t>(m_Fields[m_Form.m_nMostFields].data() - text.data()));
     if (const std::size_t nFirst = text.find_first_not_of(filler); nFirst != std::string_view::npos)
-        Doubt("line.fields", "what stands behind its last field isn't read: \"" + Excerpt(text.substr(nFirst)) + "\"",
+        Doubt(EIENote::LineFields,
+              "what stands behind its last field isn't read: \"" + Excerpt(text.substr(nFirst)) + "\"",
               TIENote::LeftOut);
 }
 
@@ -159,8 +161,8 @@ void CIERecordReader::DoubtNumbers(std::string_view text, bool bAscii)
         behind = behind.substr(0, number.ends_with(' ') ? 0 : behind.find_first_not_of(kNumberEnd));
         if (!ChangesNumber(ahead, number, behind))
             continue;
-        Doubt("line.number-cut", "its number \"" + CString(ahead) + CString(number) + Excerpt(behind) +
-                                     "\" reaches beyond its columns, and what stands there isn't read");
+        Doubt(EIENote::LineNumberCut, "its number \"" + CString(ahead) + CString(number) + Excerpt(behind) +
+                                          "\" reaches beyond its columns, and what stands there isn't read");
         return;
     }
 }
@@ -172,9 +174,9 @@ bool CIERecordReader::ReadPiece(EIEPiece ePiece, std::string_view text, TIEPoint
         if (m_Form.m_eName == TIEReadForm::Any || IEUtils::IsValidName(text))
             record.m_Name = text;
         else if (m_Form.m_eName == TIEReadForm::MustBeValid)
-            return Refuse("line.name", "\"" + Excerpt(text) + "\" can't name a point");
+            return Refuse(EIENote::LineName, "\"" + Excerpt(text) + "\" can't name a point");
         else if (!text.empty())
-            Doubt("line.name", "\"" + Excerpt(text) + "\" can't name a point and is left out");
+            Doubt(EIENote::LineName, "\"" + Excerpt(text) + "\" can't name a point and is left out");
         return true;
     case EIEPiece::North:
         return ReadNumber(text, false, "north", record.m_dNorth);
@@ -242,18 +244,18 @@ bool CIERecordReader::ReadNumber(std::string_view text, bool bHeight, const char
     const CString strReason = CString("its ") + pWhat + " \"" + Excerpt(text) + "\" can't be read";
     const bool bLeftOut = m_Form.m_eNumbers == TIEReadForm::LengthsIfValid || bDegrees ||
                           (bHeight && m_Form.m_eNumbers == TIEReadForm::WithoutUnits);
-    return bLeftOut ? Doubt("line.number", strReason + " and is 0") : Refuse("line.number", strReason);
+    return bLeftOut ? Doubt(EIENote::LineNumber, strReason + " and is 0") : Refuse(EIENote::LineNumber, strReason);
 }
 
-bool CIERecordReader::Doubt(const char* pCode, CString strReason, TIENote::EKind eKind)
+bool CIERecordReader::Doubt(EIENote eCode, CString strReason, TIENote::EKind eKind)
 {
-    m_Doubts.push_back({eKind, pCode, std::move(strReason)});
+    m_Doubts.push_back({eKind, eCode, std::move(strReason)});
     return true;
 }
 
-bool CIERecordReader::Refuse(const char* pCode, CString strReason)
+bool CIERecordReader::Refuse(EIENote eCode, CString strReason)
 {
-    m_pRefusalCode = pCode;
+    m_eRefusalCode = eCode;
     m_strRefusal = std::move(strReason);
     return false;
 }

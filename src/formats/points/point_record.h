@@ -122,14 +122,14 @@ public:
     /// Something of a record that was taken and didn't come in, or not as it stands.
     struct TDoubt {
         TIENote::EKind m_eKind;
-        const char* m_pCode; ///< stable word
+        EIENote m_eCode;     ///< stable word
         CString m_strReason; ///< a sentence
     };
     /// Those of the last record.
     [[nodiscard]] const std::vector<TDoubt>& GetDoubts() const { return m_Doubts; }
 
     /// Why the last record was refused: a stable word, and a sentence.
-    [[nodiscard]] const char* GetRefusalCode() const { return m_pRefusalCode; }
+    [[nodiscard]] EIENote GetRefusalCode() const { return m_eRefusalCode; }
     [[nodiscard]] const CString& GetRefusal() const { return m_strRefusal; }
 
     /// A point as the record tells it. Its code is added to the job if it is new.
@@ -143,14 +143,14 @@ private:
     bool ReadHeight(std::string_view text, TIEPointRecord& record);
     void DoubtFields(std::string_view text);
     void DoubtNumbers(std::string_view text, bool bAscii);
-    bool Refuse(const char* pCode, CString strReason);
+    bool Refuse(EIENote eCode, CString strReason);
     /// Keeps what isn't as it should be for the host. True.
-    bool Doubt(const char* pCode, CString strReason, TIENote::EKind eKind = TIENote::Changed);
+    bool Doubt(EIENote eCode, CString strReason, TIENote::EKind eKind = TIENote::Changed);
 
     const TIEReadForm& m_Form;
     const TIEJobInfo& m_Info;
     std::vector<std::string_view> m_Fields;
     std::vector<TDoubt> m_Doubts;
-    const char* m_pRefusalCode = "";
+    EIENote m_eRefusalCode{};
     CString m_strRefusal;
 };

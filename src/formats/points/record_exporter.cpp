@@ -93,7 +93,7 @@ bool CIERecordExporter::WriteStation(const CIEStation* pStation, const CIEObject
         return false;
     const TIEWriteForm::TPieces pieces = PiecesFor(*pObject);
     if (pieces.empty()) {
-        Note(TIENote::LeftOut, "object.kind", pObject->GetName(),
+        Note(TIENote::LeftOut, EIENote::ObjectKind, pObject->GetName(),
              "the form holds no point-to-line point with coordinates of this type");
         return true;
     }
@@ -224,13 +224,14 @@ void CIERecordExporter::NoteUnits() const
     const bool bMeters = info.GetDistUnits() == EDIST_UNITS::Meters || info.GetDistUnits() == EDIST_UNITS::None;
     const bool bGeographic = info.GetCSType() == TIEJobInfo::Geographic;
     if (bGeographic && m_Form.m_nDecimals < kFineDecimals)
-        Note(TIENote::Changed, "job.geographic", {},
+        Note(TIENote::Changed, EIENote::JobGeographic, {},
              "the form has " + IEUtils::IntToString(m_Form.m_nDecimals) +
                  " decimals for the degrees of latitude and longitude");
     if (!bMeters && m_Form.m_pWayBack->m_eNumbers == TIEReadForm::WithoutUnits)
-        Note(TIENote::Changed, "job.units", {}, "the form states no unit, and a reader takes its lengths as metres");
+        Note(TIENote::Changed, EIENote::JobUnits, {},
+             "the form states no unit, and a reader takes its lengths as metres");
     else if (!bMeters && bGeographic && m_Form.m_pWayBack->m_eNumbers != TIEReadForm::Coordinates)
-        Note(TIENote::Changed, "job.units", {},
+        Note(TIENote::Changed, EIENote::JobUnits, {},
              "a reader takes latitude and longitude as lengths in the job's units; only a job in metres reads back");
 }
 
@@ -252,22 +253,22 @@ void CIERecordExporter::NoteWayBack(const CIEStation& station, const CIEObject& 
         text = strLines;
     }
     if (m_Form.m_cNoteMark != '\0' && text.starts_with(m_Form.m_cNoteMark)) {
-        NoteChanged("line.unreadable", object, "its record begins as a note does, and a reader takes it for one");
+        NoteChanged(EIENote::LineUnreadable, object, "its record begins as a note does, and a reader takes it for one");
         return;
     }
     TIEPointRecord record;
     if (!m_pReader->Read(text, record)) {
-        NoteChanged("line.unreadable", object, "a reader of the form refuses its record, and may end there");
+        NoteChanged(EIENote::LineUnreadable, object, "a reader of the form refuses its record, and may end there");
         return;
     }
     if (m_Form.m_cNoteMark != '\0')
         record.m_Notes = notes;
     if (record.m_Name != object.GetName())
-        NoteChanged("object.name", object, "its name doesn't come back as it is");
+        NoteChanged(EIENote::ObjectName, object, "its name doesn't come back as it is");
     NoteNumbers(station, object, record);
     // where a form has no notes, a reader may still see some; where it has them, they are told of if they differ
     if ((Carries(CARRIES_NOTES) || !record.m_Notes.empty()) && record.m_Notes != station.GetNotes())
-        NoteChanged("object.notes", object, "a reader takes other notes from its record");
+        NoteChanged(EIENote::ObjectNotes, object, "a reader takes other notes from its record");
     NoteCodes(object, record);
     NoteKind(object, record);
     if (m_Form.m_bJoins)
@@ -293,10 +294,10 @@ void CIERecordExporter::NoteNumbers(const CIEStation& station, const CIEObject& 
     if ((!bGeographic && !bOtherUnits) || (bGeographic && bReadsDegrees)) {
         if (!isNear(station.m_dNorth, record.m_dNorth, dCoordStep) ||
             !isNear(station.m_dEast, record.m_dEast, dCoordStep))
-            NoteChanged("object.coordinates", object, "a reader takes other coordinates from its record");
+            NoteChanged(EIENote::ObjectCoordinates, object, "a reader takes other coordinates from its record");
     }
     if (!bOtherUnits && !isNear(station.GetHeight(), record.m_dHeight, dStep * dUnit))
-        NoteChanged("object.height", object, "a reader takes another height from its record");
+        NoteChanged(EIENote::ObjectHeight, object, "a reader takes another height from its record");
 }
 
 void CIERecordExporter::NoteCodes(const CIEObject& object, const TIEPointRecord& record) const
@@ -305,15 +306,15 @@ void CIERecordExporter::NoteCodes(const CIEObject& object, const TIEPointRecord&
         return; // told of with the object
     const CIECodeValues* const pCode = object.GetCode(0);
     if (object.GetNumberOfCodes() > 1)
-        Note(TIENote::LeftOut, "object.codes", object.GetName(), "the form holds the first of its codes alone");
+        Note(TIENote::LeftOut, EIENote::ObjectCodes, object.GetName(), "the form holds the first of its codes alone");
     if (record.m_bCode != (pCode != nullptr))
-        NoteChanged("object.codes", object,
+        NoteChanged(EIENote::ObjectCodes, object,
                     pCode ? "its code doesn't come back" : "a reader gives it a code without a name");
     else if (pCode && record.m_Code != pCode->GetDescription()->GetName())
-        NoteChanged("object.codes", object, "the name of its code doesn't come back as it is");
+        NoteChanged(EIENote::ObjectCodes, object, "the name of its code doesn't come back as it is");
     if (!pCode) {
         if (record.m_bCode && !record.m_CodeString.empty())
-            NoteChanged("object.attributes", object, "a reader gives it a code string");
+            NoteChanged(EIENote::ObjectAttributes, object, "a reader gives it a code string");
         return;
     }
     const bool bStrings = Carries(CARRIES_CODE_STRINGS);
@@ -324,24 +325,25 @@ void CIERecordExporter::NoteCodes(const CIEObject& object, const TIEPointRecord&
     for (int i = 0; bControls && i < CIECodeValues::kControlCodes; ++i)
         bSame = bSame && record.m_ControlCodes[i] == pCode->GetControlCode(i);
     if (!bSame)
-        NoteChanged("object.attributes", object, "the code string or control codes don't come back as they are");
+        NoteChanged(EIENote::ObjectAttributes, object, "the code string or control codes don't come back as they are");
     else if (bStrings && pCode->GetNumberOfCodeStrings() > 1)
-        Note(TIENote::LeftOut, "object.attributes", object.GetName(), "the form holds the first code string alone");
+        Note(TIENote::LeftOut, EIENote::ObjectAttributes, object.GetName(),
+             "the form holds the first code string alone");
 }
 
 void CIERecordExporter::NoteKind(const CIEObject& object, const TIEPointRecord& record) const
 {
     const bool bRelative = object.GetType() == EIEObjectsType::PTLPoint;
     if (record.m_bRelative && !bRelative) {
-        NoteChanged("object.point-kind", object, "a reader takes it for a point-to-line point");
+        NoteChanged(EIENote::ObjectPointKind, object, "a reader takes it for a point-to-line point");
     } else if (record.m_bRelative) {
         const auto& point = static_cast<const CIEPTLPoint&>(object);
         if (point.GetCoordType() != CIEPTLPoint::PointToLine ||
             point.GetFirstReferencePointIDs() != record.m_FirstReference ||
             point.GetSecondReferencePointIDs() != record.m_SecondReference)
-            NoteChanged("object.point-kind", object, "its reference line doesn't come back as it is");
+            NoteChanged(EIENote::ObjectPointKind, object, "its reference line doesn't come back as it is");
     } else if (bRelative && Carries(CARRIES_RELATIVE_POINTS)) {
-        NoteChanged("object.point-kind", object, "a reader takes it for a plain point");
+        NoteChanged(EIENote::ObjectPointKind, object, "a reader takes it for a plain point");
     }
 }
 
@@ -350,15 +352,15 @@ void CIERecordExporter::NoteJoin(const CIEObject& object, std::string_view name)
     constexpr const char* kReason =
         "a reader sees the same name on it and on its neighbour, and makes one line of both";
     if (name == m_strLastRead && !name.empty()) {
-        NoteChanged("object.joined", object, kReason);
+        NoteChanged(EIENote::ObjectJoined, object, kReason);
         if (m_strLastName != object.GetName())
-            Note(TIENote::Changed, "object.joined", m_strLastName, kReason);
+            Note(TIENote::Changed, EIENote::ObjectJoined, m_strLastName, kReason);
     }
     m_strLastName = object.GetName();
     m_strLastRead = name;
 }
 
-void CIERecordExporter::NoteChanged(const char* pCode, const CIEObject& object, const char* pReason) const
+void CIERecordExporter::NoteChanged(EIENote eCode, const CIEObject& object, const char* pReason) const
 {
-    Note(TIENote::Changed, pCode, object.GetName(), pReason);
+    Note(TIENote::Changed, eCode, object.GetName(), pReason);
 }

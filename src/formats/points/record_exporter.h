@@ -102,7 +102,7 @@ private:
     void NoteCodes(const CIEObject& object, const TIEPointRecord& record) const;
     void NoteKind(const CIEObject& object, const TIEPointRecord& record) const;
     void NoteJoin(const CIEObject& object, std::string_view name);
-    void NoteChanged(const char* pCode, const CIEObject& object, const char* pReason) const;
+    void NoteChanged(EIENote eCode, const CIEObject& object, const char* pReason) const;
 
     std::shared_ptr<CIERecordReader> m_pReader; ///< null without an observer
     std::shared_ptr<CIECodePage> m_pBytes;      ///< of the file, for check characters; made with the first

@@ -16,7 +16,8 @@ EIEResult CIERecordImporter::Import()
     NoteUnits();
     const EIEResult eResult = ReadLines(file, *pDataset);
     if (file.HasFailed())
-        Note(TIENote::Refused, "file.read-failed", file.GetLineNumber() + 1, {}, "the rest of the file can't be read");
+        Note(TIENote::Refused, EIENote::FileReadFailed, file.GetLineNumber() + 1, {},
+             "the rest of the file can't be read");
     Progress(file);
     return eResult;
 }
@@ -26,7 +27,7 @@ void CIERecordImporter::NoteUnits() const
     const TIEJobInfo& info = *m_pData->GetJobInfo();
     const bool bLengths = m_Form.m_eNumbers == TIEReadForm::Lengths || m_Form.m_eNumbers == TIEReadForm::LengthsIfValid;
     if (bLengths && info.GetCSType() == TIEJobInfo::Geographic && IEUtils::ToMetersFactor(1, info.GetDistUnits()) != 1)
-        Note(TIENote::Changed, "job.units", 0, {},
+        Note(TIENote::Changed, EIENote::JobUnits, 0, {},
              "the form has no degrees: latitude and longitude are converted as lengths in the job's units");
 }
 
@@ -47,7 +48,7 @@ EIEResult CIERecordImporter::ReadLines(CIETextFile& file, CIEDataset& dataset)
         }
         m_nLine = file.GetLineNumber();
         if (file.WasCut()) {
-            Refuse(m_nLine, {}, "line.too-long", "the line is longer than any record can be");
+            Refuse(m_nLine, {}, EIENote::LineTooLong, "the line is longer than any record can be");
             return IE_BAD_CONTENT;
         }
         m_bMended = bRead && file.WasMended();
@@ -78,7 +79,7 @@ void CIERecordImporter::NoteRest(CIETextFile& file) const
     std::string_view line;
     while (m_pData->GetObserver() && file.ReadLine(line)) {
         if (!IEUtils::Trim(line).empty()) {
-            Note(TIENote::LeftOut, "line.behind-end", file.GetLineNumber(), {},
+            Note(TIENote::LeftOut, EIENote::LineBehindEnd, file.GetLineNumber(), {},
                  "the data ended ahead of this line; nothing from here on was read");
             return;
         }
@@ -99,31 +100,31 @@ void CIERecordImporter::TakePoint(const TIEPointRecord& record, std::int64_t nLi
 {
     m_pPoint = CIERecordReader::MakePoint(*m_pData, record);
     if (m_Form.m_dMissingHeight != 0.0 && record.m_dHeight == m_Form.m_dMissingHeight)
-        Note(TIENote::Changed, "line.height", nLine, m_pPoint->GetName(),
+        Note(TIENote::Changed, EIENote::LineHeight, nLine, m_pPoint->GetName(),
              "it has no height; " + IEUtils::DoubleToString(m_Form.m_dMissingHeight, -1) + " m stands for that");
     for (const CIERecordReader::TDoubt& doubt : m_Reader.GetDoubts())
-        Note(doubt.m_eKind, doubt.m_pCode, nLine, m_pPoint->GetName(), doubt.m_strReason);
+        Note(doubt.m_eKind, doubt.m_eCode, nLine, m_pPoint->GetName(), doubt.m_strReason);
     for (TLineNote& note : m_LineNotes)
-        Note(note.m_eKind, note.m_pCode, note.m_nLine, m_pPoint->GetName(), std::move(note.m_strReason));
+        Note(note.m_eKind, note.m_eCode, note.m_nLine, m_pPoint->GetName(), std::move(note.m_strReason));
     m_LineNotes.clear();
 }
 
-void CIERecordImporter::KeepNote(TIENote::EKind eKind, const char* pCode, CString strReason)
+void CIERecordImporter::KeepNote(TIENote::EKind eKind, EIENote eCode, CString strReason)
 {
-    m_LineNotes.push_back({eKind, pCode, m_nLine, std::move(strReason)});
+    m_LineNotes.push_back({eKind, eCode, m_nLine, std::move(strReason)});
 }
 
 void CIERecordImporter::KeepMended()
 {
     if (m_bMended)
-        KeepNote(TIENote::Changed, "line.bad-characters",
+        KeepNote(TIENote::Changed, EIENote::LineBadCharacters,
                  "bytes without a meaning in " + m_strEncoding + " became U+FFFD");
 }
 
-CIERecordImporter::EAnswer CIERecordImporter::Refuse(std::int64_t nLine, CString strName, const char* pCode,
+CIERecordImporter::EAnswer CIERecordImporter::Refuse(std::int64_t nLine, CString strName, EIENote eCode,
                                                      CString strReason) const
 {
-    Note(TIENote::Refused, pCode, nLine, std::move(strName), std::move(strReason));
+    Note(TIENote::Refused, eCode, nLine, std::move(strName), std::move(strReason));
     return Refused;
 }
 

@@ -38,13 +38,12 @@ protected:
     EAnswer TakeRecord(std::string_view text, std::int64_t nLine);
     /// Puts the point of a record into m_pPoint, and tells what was kept of its lines.
     void TakePoint(const TIEPointRecord& record, std::int64_t nLine);
-    /// Keeps something of the line being taken until its point is taken, whose name is then known. `pCode` lives for
-    /// ever.
-    void KeepNote(TIENote::EKind eKind, const char* pCode, CString strReason);
+    /// Keeps something of the line being taken until its point is taken, whose name is then known.
+    void KeepNote(TIENote::EKind eKind, EIENote eCode, CString strReason);
     /// Keeps it if bytes of the line being taken had no meaning.
     void KeepMended();
     /// Tells of the record that ends the import; `nLine` is where it stands.
-    EAnswer Refuse(std::int64_t nLine, CString strName, const char* pCode, CString strReason) const;
+    EAnswer Refuse(std::int64_t nLine, CString strName, EIENote eCode, CString strReason) const;
     /// The same with the reader's reason.
     EAnswer RefuseRecord(std::int64_t nLine, std::string_view name) const;
 
@@ -55,7 +54,7 @@ protected:
 private:
     struct TLineNote {
         TIENote::EKind m_eKind;
-        const char* m_pCode;
+        EIENote m_eCode;
         std::int64_t m_nLine;
         CString m_strReason;
     };

@@ -56,27 +56,31 @@ bool HasDesignName(const CIESheetPoint& sheet)
 }
 
 constexpr TGap kGaps[] = {
-    {IEAsciiFields::SheetName, "object.name", "name",
+    {IEAsciiFields::SheetName, EIENote::ObjectName, "name",
      [](const CIESheetPoint& sheet) { return !sheet.GetName().empty(); }},
-    {IEAsciiFields::MeasuredName, "object.name", "measurements' names", HasMeasuredNames},
-    {TGap::kNoField, "object.name", "design point's name", HasDesignName},
-    {IEAsciiFields::DesignNorth, "object.coordinates", "design north", HasDesign<&CIEStation::m_dNorth>},
-    {IEAsciiFields::DesignEast, "object.coordinates", "design east", HasDesign<&CIEStation::m_dEast>},
-    {IEAsciiFields::DesignHeight, "object.coordinates", "design height", HasDesign<&CIEStation::m_dHeight>},
-    {IEAsciiFields::MeasuredNorth, "object.coordinates", "measured north", HasMeasured<&CIEStation::m_dNorth>},
-    {IEAsciiFields::MeasuredEast, "object.coordinates", "measured east", HasMeasured<&CIEStation::m_dEast>},
-    {IEAsciiFields::MeasuredHeight, "object.coordinates", "measured height", HasMeasured<&CIEStation::m_dHeight>},
-    {TGap::kNoField, "object.time-stamps", "design point's time stamps",
+    {IEAsciiFields::MeasuredName, EIENote::ObjectName, "measurements' names", HasMeasuredNames},
+    {TGap::kNoField, EIENote::ObjectName, "design point's name", HasDesignName},
+    {IEAsciiFields::DesignNorth, EIENote::ObjectCoordinates, "design north", HasDesign<&CIEStation::m_dNorth>},
+    {IEAsciiFields::DesignEast, EIENote::ObjectCoordinates, "design east", HasDesign<&CIEStation::m_dEast>},
+    {IEAsciiFields::DesignHeight, EIENote::ObjectCoordinates, "design height", HasDesign<&CIEStation::m_dHeight>},
+    {IEAsciiFields::MeasuredNorth, EIENote::ObjectCoordinates, "measured north", HasMeasured<&CIEStation::m_dNorth>},
+    {IEAsciiFields::MeasuredEast, EIENote::ObjectCoordinates, "measured east", HasMeasured<&CIEStation::m_dEast>},
+    {IEAsciiFields::MeasuredHeight, EIENote::ObjectCoordinates, "measured height", HasMeasured<&CIEStation::m_dHeight>},
+    {TGap::kNoField, EIENote::ObjectTimeStamps, "design point's time stamps",
      [](const CIESheetPoint& sheet) { return !sheet.GetStation(0)->GetTimeStamps().empty(); }},
-    {IEAsciiFields::DeltaNorth, "object.offsets", "difference in north", HasOffset<&CIEOffsetStation::m_dDeltaNorth>},
-    {IEAsciiFields::DeltaEast, "object.offsets", "difference in east", HasOffset<&CIEOffsetStation::m_dDeltaEast>},
-    {IEAsciiFields::LineStation, "object.offsets", "station on the line", HasOffset<&CIEOffsetStation::m_dLineStation>},
-    {IEAsciiFields::LineOffset, "object.offsets", "offset from the line", HasOffset<&CIEOffsetStation::m_dLineOffset>},
-    {IEAsciiFields::DeltaStation, "object.offsets", "difference along the line",
+    {IEAsciiFields::DeltaNorth, EIENote::ObjectOffsets, "difference in north",
+     HasOffset<&CIEOffsetStation::m_dDeltaNorth>},
+    {IEAsciiFields::DeltaEast, EIENote::ObjectOffsets, "difference in east",
+     HasOffset<&CIEOffsetStation::m_dDeltaEast>},
+    {IEAsciiFields::LineStation, EIENote::ObjectOffsets, "station on the line",
+     HasOffset<&CIEOffsetStation::m_dLineStation>},
+    {IEAsciiFields::LineOffset, EIENote::ObjectOffsets, "offset from the line",
+     HasOffset<&CIEOffsetStation::m_dLineOffset>},
+    {IEAsciiFields::DeltaStation, EIENote::ObjectOffsets, "difference along the line",
      HasOffset<&CIEOffsetStation::m_dDeltaStation>},
-    {IEAsciiFields::DeltaOffset, "object.offsets", "difference across the line",
+    {IEAsciiFields::DeltaOffset, EIENote::ObjectOffsets, "difference across the line",
      HasOffset<&CIEOffsetStation::m_dDeltaOffset>},
-    {IEAsciiFields::Distance, "object.offsets", "distance", HasOffset<&CIEOffsetStation::m_dDistance>},
+    {IEAsciiFields::Distance, EIENote::ObjectOffsets, "distance", HasOffset<&CIEOffsetStation::m_dDistance>},
 };
 
 /// Whether the height difference has a field of its own, or one for each sign.
@@ -111,7 +115,7 @@ bool CIESheetPointExporter::OpenFile()
     SetCarries(nCarries);
     for (const IEAsciiFields::EType eField : layout) {
         if (eField < IEAsciiFields::SheetName)
-            Note(TIENote::LeftOut, "layout.field", {},
+            Note(TIENote::LeftOut, EIENote::LayoutField, {},
                  "its field \"" + IEAsciiFields::FieldsToString({eField}) +
                      "\" stays empty in a list of sheet points, whose own begin with sheet-name");
     }
@@ -257,15 +261,16 @@ void CIESheetPointExporter::NoteMissing(const CIESheetPoint& sheet) const
 {
     const CString& strName = sheet.GetName();
     if (!sheet.GetOffsetStation(1)) {
-        Note(TIENote::LeftOut, "object.no-measurement", strName, "a sheet point without a measurement has no line");
+        Note(TIENote::LeftOut, EIENote::ObjectNoMeasurement, strName,
+             "a sheet point without a measurement has no line");
         return;
     }
     const IEAsciiFields::TFields& layout = m_pData->GetSettings().GetAsciiFormat().m_Fields;
-    ForEachLayoutGap(kGaps, layout, sheet, [&](const char* pCode, const CString& strWords) {
-        Note(TIENote::LeftOut, pCode, strName, "the list has no field for its " + strWords);
+    ForEachLayoutGap(kGaps, layout, sheet, [&](EIENote eCode, const CString& strWords) {
+        Note(TIENote::LeftOut, eCode, strName, "the list has no field for its " + strWords);
     });
     if (HasOffset<&CIEOffsetStation::m_dDeltaHeight>(sheet) && !HoldsHeightDifference(layout))
-        Note(TIENote::LeftOut, "object.offsets", strName, "the list has no field for its difference in height");
+        Note(TIENote::LeftOut, EIENote::ObjectOffsets, strName, "the list has no field for its difference in height");
 }
 
 void CIESheetPointExporter::NoteTexts(const CIESheetPoint& sheet)
@@ -280,19 +285,19 @@ void CIESheetPointExporter::NoteTexts(const CIESheetPoint& sheet)
         }
         return false;
     };
-    const auto note = [&](const char* pCode, const char* pWhat) {
-        Note(TIENote::Changed, pCode, sheet.GetName(),
+    const auto note = [&](EIENote eCode, const char* pWhat) {
+        Note(TIENote::Changed, eCode, sheet.GetName(),
              CString("the delimiter or a line end in its ") + pWhat + " doesn't come back as it is");
     };
     for (const IEAsciiFields::EType eField : format.m_Fields) {
         if (eField == IEAsciiFields::SheetName && BreaksRow(sheet.GetName(), format.m_cDelimiter))
-            note("object.name", "name");
+            note(EIENote::ObjectName, "name");
         if (eField == IEAsciiFields::MeasuredName && anyMeasured(&CIEStation::GetName))
-            note("object.name", "measurements' names");
+            note(EIENote::ObjectName, "measurements' names");
         if (eField == IEAsciiFields::MeasuredTime && anyMeasured(&CIEStation::GetTimeStamps))
-            note("object.time-stamps", "measurements' time stamps");
+            note(EIENote::ObjectTimeStamps, "measurements' time stamps");
         if (eField == IEAsciiFields::SheetCodes &&
             BreaksRow(MakeCodeString(&sheet, true, true, true), format.m_cDelimiter, sheet.GetNumberOfCodes()))
-            note("object.codes", "codes");
+            note(EIENote::ObjectCodes, "codes");
     }
 }

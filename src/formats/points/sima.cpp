@@ -31,7 +31,8 @@ EIEResult CIESimaImporter::Import()
     CIEDataset* const pDataset = m_pData->AddDataset(std::make_unique<CIEDataset>("Import dataset"));
     const EIEResult eResult = ReadRecords(file, *pDataset);
     if (file.HasFailed())
-        Note(TIENote::Refused, "file.read-failed", file.GetLineNumber() + 1, {}, "the rest of the file can't be read");
+        Note(TIENote::Refused, EIENote::FileReadFailed, file.GetLineNumber() + 1, {},
+             "the rest of the file can't be read");
     Progress(file);
     return eResult;
 }
@@ -57,11 +58,11 @@ EIEResult CIESimaImporter::ReadRecords(CIETextFile& file, CIEDataset& dataset)
         }
         std::unique_ptr<CIEDesignPoint> pPoint;
         if (file.WasCut() || line.size() > kLongestRecord)
-            return Refuse(file.GetLineNumber(), {}, "line.too-long", "the line is longer than any record can be");
+            return Refuse(file.GetLineNumber(), {}, EIENote::LineTooLong, "the line is longer than any record can be");
         if (ParseRecord(line, file.GetLineNumber(), pPoint) == IE_BAD_CONTENT)
             return IE_BAD_CONTENT;
         if (file.WasMended())
-            Note(TIENote::Changed, "line.bad-characters", file.GetLineNumber(), m_pStation->GetName(),
+            Note(TIENote::Changed, EIENote::LineBadCharacters, file.GetLineNumber(), m_pStation->GetName(),
                  "bytes without a meaning in " + file.GetEncoding() + " became U+FFFD");
         pPoint->SetStation(*m_pStation);
         dataset.Add(std::move(pPoint));
@@ -77,7 +78,7 @@ void CIESimaImporter::NoteRest(CIETextFile& file) const
     CString line;
     while (m_pData->GetObserver() && IEUtils::Read1Line(file, line)) {
         if (!IEUtils::Trim(line).empty()) {
-            Note(TIENote::LeftOut, "line.behind-end", file.GetLineNumber(), {},
+            Note(TIENote::LeftOut, EIENote::LineBehindEnd, file.GetLineNumber(), {},
                  "the data ended ahead of this line; nothing from here on was read");
             return;
         }
@@ -93,12 +94,12 @@ bool CIESimaImporter::ReadHead(CIETextFile& file, CString& line)
 {
     IEUtils::ParseValuesForSIMAFormat(line, m_Fields, u',', {});
     if (m_Fields.empty() || m_Fields[0] != kJobTag) {
-        Refuse(file.GetLineNumber(), {}, "sima.no-job-line", "the first line isn't a \"G00\" line");
+        Refuse(file.GetLineNumber(), {}, EIENote::SimaNoJobLine, "the first line isn't a \"G00\" line");
         return false;
     }
     IEUtils::Read1Line(file, line);
     if (IsEnd(file, line) || line != kDataStart) {
-        Refuse(file.GetLineNumber(), {}, "sima.no-data-start", "the second line isn't \"A00,\"");
+        Refuse(file.GetLineNumber(), {}, EIENote::SimaNoDataStart, "the second line isn't \"A00,\"");
         return false;
     }
     return true;
@@ -109,7 +110,7 @@ EIEResult CIESimaImporter::ParseRecord(std::string_view line, std::int64_t nLine
 {
     IEUtils::ParseValuesForSIMAFormat(line, m_Fields, u',', {});
     if (m_Fields.empty())
-        return Refuse(nLine, {}, "line.empty", "the line is empty ahead of the end of the data");
+        return Refuse(nLine, {}, EIENote::LineEmpty, "the line is empty ahead of the end of the data");
     m_Fields.resize(std::max(m_Fields.size(), kHeightField + 1)); // what a short record lacks reads as empty
 
     pPoint = std::make_unique<CIEDesignPoint>();
@@ -118,27 +119,26 @@ EIEResult CIESimaImporter::ParseRecord(std::string_view line, std::int64_t nLine
     m_pStation->SetStationType(0);
     const CString& strName = m_Fields[m_bNumbersOnly ? kNumberField : kNameField];
     if (!IEUtils::IsValidName(strName))
-        return Refuse(nLine, strName, "line.name", "\"" + strName + "\" can't name a point");
+        return Refuse(nLine, strName, EIENote::LineName, "\"" + strName + "\" can't name a point");
     m_pStation->SetName(strName);
     if (!IEUtils::StringToDouble(m_Fields[kEastField], m_pStation->m_dEast, false))
-        return Refuse(nLine, strName, "line.number", "its east \"" + m_Fields[kEastField] + "\" can't be read");
+        return Refuse(nLine, strName, EIENote::LineNumber, "its east \"" + m_Fields[kEastField] + "\" can't be read");
     if (!IEUtils::StringToDouble(m_Fields[kNorthField], m_pStation->m_dNorth, false))
-        return Refuse(nLine, strName, "line.number", "its north \"" + m_Fields[kNorthField] + "\" can't be read");
+        return Refuse(nLine, strName, EIENote::LineNumber, "its north \"" + m_Fields[kNorthField] + "\" can't be read");
     double dHeight = 0.0;
     if (!IEUtils::StringToDouble(m_Fields[kHeightField], dHeight, false)) {
         dHeight = 0.0;
         if (!m_Fields[kHeightField].empty())
-            Note(TIENote::Changed, "line.height", nLine, strName,
+            Note(TIENote::Changed, EIENote::LineHeight, nLine, strName,
                  "its height \"" + m_Fields[kHeightField] + "\" can't be read and is 0");
     }
     m_pStation->SetHeight(dHeight);
     return IE_OK;
 }
 
-EIEResult CIESimaImporter::Refuse(std::int64_t nLine, const CString& strName, const char* pCode,
-                                  CString strReason) const
+EIEResult CIESimaImporter::Refuse(std::int64_t nLine, const CString& strName, EIENote eCode, CString strReason) const
 {
-    Note(TIENote::Refused, pCode, nLine, strName, std::move(strReason));
+    Note(TIENote::Refused, eCode, nLine, strName, std::move(strReason));
     return IE_BAD_CONTENT;
 }
 
@@ -162,10 +162,11 @@ bool CSimaPtExporterJ::WriteHeader()
     m_Line.Add(',').EndTo(*m_pFile);
     const TIEJobInfo& info = *m_pData->GetJobInfo();
     if (info.GetCSType() == TIEJobInfo::Geographic)
-        Note(TIENote::Changed, "job.geographic", {},
+        Note(TIENote::Changed, EIENote::JobGeographic, {},
              "the form has three decimals for latitude and longitude, which is some hundred metres");
     if (info.GetDistUnits() != EDIST_UNITS::Meters && info.GetDistUnits() != EDIST_UNITS::None)
-        Note(TIENote::Changed, "job.units", {}, "the form states no unit, and a reader takes its lengths as metres");
+        Note(TIENote::Changed, EIENote::JobUnits, {},
+             "the form states no unit, and a reader takes its lengths as metres");
     m_nPointNumber = 1;
     return m_Line.Add(kDataStart).EndTo(*m_pFile);
 }
@@ -201,10 +202,10 @@ void CSimaPtExporterJ::NoteName(const CString& strName) const
         return;
     if (m_bNumbersOnly) {
         if (strName != IEUtils::IntToString(m_nPointNumber))
-            Note(TIENote::LeftOut, "object.name", strName,
+            Note(TIENote::LeftOut, EIENote::ObjectName, strName,
                  "the form holds no name; the point's number is " + IEUtils::IntToString(m_nPointNumber));
     } else if (!IEUtils::IsValidName(strName) || strName.find(',') != CString::npos) {
-        Note(TIENote::Changed, "line.unreadable", strName,
+        Note(TIENote::Changed, EIENote::LineUnreadable, strName,
              "a reader of the form can't take this name, and may end here");
     }
 }

@@ -49,7 +49,8 @@ TEST_F(CorpusDrawings, EveryTextDrawingComesIn)
         CIEData job;
         EXPECT_EQ(ImportFile(job, strFile), IE_OK) << strFile;
         // one of them ends within its entities
-        EXPECT_EQ(m_Ledger.GetCount("drawing.cut"), strFile.ends_with("gdal-header_extended.dxf") ? 1 : 0) << strFile;
+        EXPECT_EQ(m_Ledger.GetCount(EIENote::DrawingCut), strFile.ends_with("gdal-header_extended.dxf") ? 1 : 0)
+            << strFile;
         nObjects += job.GetNumberOfObjectsInAllDatasets();
         nLayers += job.GetIEDrawDictionary()->GetNumberOfLayers();
         if (const CIESurface* const pSurface = job.GetDatasetAt(0)->GetSurfaceAt(0))
@@ -67,7 +68,7 @@ TEST_F(CorpusDrawings, BinaryDrawingsOfOthersAreToldApart)
     for (const CString& strFile : Files("dxf-binary")) {
         CIEData job;
         EXPECT_EQ(ImportFile(job, strFile), IE_BAD_CONTENT) << strFile;
-        EXPECT_EQ(m_Ledger.GetCount("drawing.other-binary"), 1) << strFile;
+        EXPECT_EQ(m_Ledger.GetCount(EIENote::DrawingOtherBinary), 1) << strFile;
         EXPECT_EQ(job.GetNumberOfObjectsInAllDatasets(), 0) << strFile;
     }
 }

@@ -159,7 +159,7 @@ protected:
     {
         CString text;
         for (const TIENote& note : m_Ledger.GetNotes())
-            text += (text.empty() ? "" : " ") + std::to_string(note.m_nLine) + ":" + note.m_pCode;
+            text += (text.empty() ? "" : " ") + std::to_string(note.m_Place.m_nLine) + ":" + note.GetWord();
         return text;
     }
 
@@ -167,8 +167,8 @@ protected:
     [[nodiscard]] CString NoteCodes() const
     {
         CString codes;
-        for (const auto& [code, count] : m_Ledger.GetCounts())
-            codes += (codes.empty() ? "" : " ") + code;
+        for (const auto& [eCode, nCount] : m_Ledger.GetCounts())
+            codes.append(codes.empty() ? "" : " ").append(GetNoteWord(eCode));
         return codes;
     }
 

@@ -246,7 +246,7 @@ TEST_F(DxfExportNotesTest, AValueThatAnotherCodeTakesTheTagOfIsTold)
         Export(std::move(pJob), "Site.dxf");
         CString strReason;
         for (const TIENote& note : m_Ledger.GetNotes()) {
-            if (CString(note.m_pCode) == "object.attributes")
+            if (CString(note.GetWord()) == "object.attributes")
                 strReason += note.m_strReason;
         }
         EXPECT_EQ(strReason, row.m_pReason);

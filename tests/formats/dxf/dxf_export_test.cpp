@@ -74,7 +74,7 @@ TEST_F(DxfExportTest, AFileForEachDatasetHasNoCodesInItsTags)
     EXPECT_EQ(m_eResult, IE_OK);
     EXPECT_EQ(m_Folder.List(), "Second.dxf Site.dxf ");
     ExpectGolden("dxf/per_dataset.dxf", ReadFile(m_Folder / "Site.dxf"));
-    EXPECT_EQ(m_Ledger.GetCount("job.attribute-codes"), 1);
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::JobAttributeCodes), 1);
 }
 
 TEST_F(DxfExportTest, AnglesOfTheHeader)
@@ -224,7 +224,7 @@ TEST_F(DxfExportTest, AFullDiskAtAnyByte)
         faults.m_nDiskSpace = n;
         EXPECT_EQ(Export(MakeCodedDrawing()).size(), n);
         EXPECT_EQ(m_eResult, IE_OK);
-        EXPECT_EQ(m_Ledger.GetCount("file.write-failed"), n < nWhole) << n;
+        EXPECT_EQ(m_Ledger.GetCount(EIENote::FileWriteFailed), n < nWhole) << n;
     }
 }
 
@@ -238,7 +238,7 @@ TEST_F(DxfExportTest, ADiskThatFillsAheadOfTheObjects)
     faults.m_nDiskSpace = 50000;
     Export(std::move(pJob));
     EXPECT_EQ(m_eResult, IE_CANNOT_OPEN_FILE);
-    EXPECT_EQ(m_Ledger.GetCount("file.write-failed"), 1);
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::FileWriteFailed), 1);
 }
 
 } // namespace

@@ -169,7 +169,7 @@ protected:
     {
         CString notes;
         for (const TIENote& note : m_Ledger.GetNotes())
-            notes += CString(note.m_pCode) + (note.m_strRecord.empty() ? "" : " " + note.m_strRecord) + ", ";
+            notes += CString(note.GetWord()) + (note.m_strRecord.empty() ? "" : " " + note.m_strRecord) + ", ";
         return notes;
     }
 

@@ -65,10 +65,10 @@ TEST_F(HostileDrawingsTest, ValuesThatAreTooLong)
         EXPECT_EQ(
             Read(ToText(Make("0 MTEXT|1 " + strLong + "|0 POINT|8 " + strLong + "|10 5|40" + strLong + " 3|20 1"))),
             "point  1 5 0\n");
-        EXPECT_EQ(m_Ledger.GetCount("drawing.long-value"), 1) << "those of what is left out don't count";
+        EXPECT_EQ(m_Ledger.GetCount(EIENote::DrawingLongValue), 1) << "those of what is left out don't count";
         EXPECT_EQ(Read(Drawing::ToBinary(Make("0 MTEXT|1 " + strLong + "|0 POINT|8 " + strLong + "|10 5|20 1"))),
                   "point  1 5 0\n");
-        EXPECT_EQ(m_Ledger.GetCount("drawing.long-value"), 1);
+        EXPECT_EQ(m_Ledger.GetCount(EIENote::DrawingLongValue), 1);
     }
 }
 
@@ -111,7 +111,7 @@ TEST_F(HostileDrawingsTest, CopiesHaveALimit)
         ChangeSettings(job, [&](TIESettings& settings) { settings.m_nMostBlockCopies = row.m_nLimit; });
         EXPECT_EQ(Import(job, ToText(row.m_strDrawing)), row.m_eResult) << row.m_pWhat;
         EXPECT_EQ(job.GetNumberOfObjectsInAllDatasets(), row.m_nObjects) << row.m_pWhat;
-        EXPECT_EQ(m_Ledger.GetCount("drawing.too-many-copies"), row.m_eResult == IE_OK ? 0 : 1) << row.m_pWhat;
+        EXPECT_EQ(m_Ledger.GetCount(EIENote::DrawingTooManyCopies), row.m_eResult == IE_OK ? 0 : 1) << row.m_pWhat;
     }
 }
 
@@ -127,7 +127,7 @@ TEST_F(HostileDrawingsTest, ValuesOfAttributesCountAsCopies)
     CIEData job;
     ChangeSettings(job, [](TIESettings& settings) { settings.m_nMostBlockCopies = 1'500; });
     EXPECT_EQ(Import(job, ToText(Make(first + rest, "0 BLOCK|2 A|0 POINT|0 ENDBLK"))), IE_OUT_OF_MEMORY);
-    EXPECT_EQ(m_Ledger.GetCount("drawing.attributes"), 1);
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::DrawingAttributes), 100);
     EXPECT_LT(job.GetNumberOfObjectsInAllDatasets(), 10);
 
     // as many as a drawing of assets has take no more than they are
@@ -162,7 +162,7 @@ TEST_F(HostileDrawingsTest, LongNamesOfBlocks)
     const CString strName = CString(254, 'N') + "\u00C4" + CString(1000, 'N');
     EXPECT_EQ(Read(ToText(Make("0 INSERT|2 " + strName, "0 BLOCK|2 " + strName + "|10 0|20 0|30 0|0 POINT|0 ENDBLK"))),
               "*point " + CString(254, 'N') + " 0 0 0\npoint " + CString(254, 'N') + " 0 0 0\n");
-    EXPECT_EQ(m_Ledger.GetCount("drawing.long-name"), 1);
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::DrawingLongName), 2);
 }
 
 TEST_F(HostileDrawingsTest, ManyOfAKind)

@@ -133,7 +133,7 @@ TEST_F(DxfImporterTest, UnitsAreTheJobs)
     CIEData miles;
     miles.GetJobInfo()->SetDistUnits(EDIST_UNITS::USMiles);
     EXPECT_EQ(Read(miles, ToText(Make("0 POINT|10 1e308|0 ARC|40 1e308|0 LINE|21 1e307"))), "") << "beyond all numbers";
-    EXPECT_EQ(m_Ledger.GetCount("drawing.coordinates"), 3);
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::DrawingCoordinates), 3);
 }
 
 TEST_F(DxfImporterTest, Layers)

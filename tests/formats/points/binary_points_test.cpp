@@ -125,7 +125,7 @@ TEST_F(BinaryPointsTest, ACodeIsCutBetweenCharacters)
         const CString bytes = Export(std::move(pJob), kWrite);
         EXPECT_EQ(Import(*pBack, kRead, bytes).m_strObjects,
                   "point 1 1 2 3 " + CString(row.m_pRead ? row.m_pRead : row.m_pCode) + "()\n");
-        EXPECT_EQ(m_Ledger.GetCount("object.codes"), row.m_pRead ? 1 : 0) << row.m_pCode;
+        EXPECT_EQ(m_Ledger.GetCount(EIENote::ObjectCodes), row.m_pRead ? 1 : 0) << row.m_pCode;
     }
 }
 
@@ -186,7 +186,7 @@ TEST_F(BinaryPointsTest, Reads)
         EXPECT_EQ(job.GetNumberOfDatasets(), row.m_eResult > 0 ? 1 : 0);
         CString strNotes;
         for (const TIENote& note : ledger.GetNotes())
-            strNotes += std::to_string(note.m_nOffset) + ":" + note.m_pCode + " ";
+            strNotes += std::to_string(note.m_Place.m_nOffset) + ":" + note.GetWord() + " ";
         EXPECT_EQ(strNotes, row.m_pNotes);
     }
 }

@@ -92,22 +92,22 @@ TEST_F(BlockPointsTest, WritesWhatItsRulesSay)
                             "object.name ABCDEFGHIJKLMNOPQ", "object.name A_B", "object.name M\u00FCller \u20AC",
                             "object.name two\r\nlines", "object.codes two\r\nlines"));
     ExpectGolden("blocks/xyz_metres.txt", Export(MakeJob(kMeters), kWriteXyz));
-    EXPECT_EQ(m_Ledger.GetCount("object.codes"), 7) << "it holds no codes";
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::ObjectCodes), 7) << "it holds no codes";
     ExpectGolden("blocks/wide_metres.txt", Export(MakeJob(kMeters), kWriteWide));
-    EXPECT_EQ(m_Ledger.GetCount("object.codes"), 7) << "a reader takes none";
-    EXPECT_EQ(m_Ledger.GetCount("object.height"), 7) << "it stumbles over the codes";
-    EXPECT_EQ(m_Ledger.GetCount("object.name"), 4) << "17 characters, a field mark, a blank, a line end";
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::ObjectCodes), 7) << "a reader takes none";
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::ObjectHeight), 7) << "it stumbles over the codes";
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::ObjectName), 4) << "17 characters, a field mark, a blank, a line end";
 
     ExpectGolden("blocks/fgh_us_feet.txt", Export(MakeJob(kFeet), kWriteFgh));
-    EXPECT_EQ(m_Ledger.GetCount("job.units"), 0) << "a letter tells them";
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::JobUnits), 0) << "a letter tells them";
     ExpectGolden("blocks/fgh_us_feet.txt", Export(MakeJob(EDIST_UNITS::InternationalInches), kWriteFgh));
     ExpectGolden("blocks/xyz_us_feet.txt", Export(MakeJob(kFeet), kWriteXyz));
-    EXPECT_EQ(m_Ledger.GetCount("job.units"), 1);
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::JobUnits), 1);
     ExpectGolden("blocks/wide_us_feet.txt", Export(MakeJob(kFeet), kWriteWide));
-    EXPECT_EQ(m_Ledger.GetCount("job.units"), 1);
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::JobUnits), 1);
 
     ExpectGolden("blocks/fgh_geographic.txt", Export(MakeGeographicJob(kMeters), kWriteFgh));
-    EXPECT_EQ(m_Ledger.GetCount("job.geographic"), 1);
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::JobGeographic), 1);
     ExpectGolden("blocks/xyz_geographic.txt", Export(MakeGeographicJob(kFeet), kWriteXyz));
     ExpectGolden("blocks/wide_geographic.txt", Export(MakeGeographicJob(kMeters), kWriteWide));
 }
@@ -155,7 +155,7 @@ TEST_F(BlockPointsTest, BlocksAreCutWhereTheTextFillsThem)
         for (std::size_t n = 1; n + 128 < bytes.size(); n += 136)
             strText += bytes.substr(n, 128);
         EXPECT_EQ(strText.find_last_not_of(' ') + 1, row.m_nText + (bWide ? 1 : 0));
-        EXPECT_EQ(m_Ledger.GetCount("line.unreadable"), row.m_nText > 256 ? 1 : 0) << row.m_nText;
+        EXPECT_EQ(m_Ledger.GetCount(EIENote::LineUnreadable), row.m_nText > 256 ? 1 : 0) << row.m_nText;
     }
 }
 
@@ -225,7 +225,7 @@ TEST_F(BlockPointsTest, NamesThatAReaderTakesOtherwiseAreTold)
     for (const char* const pName : {"1234567890A", "x1234567890", "1234567890", "other", "y1234567890"})
         AddPoint(*pJob->GetDatasetAt(0), pName);
     Export(std::move(pJob), kWriteFgh);
-    EXPECT_EQ(m_Ledger.GetCount("object.joined"), 2) << "cut to ten, the second and the third are the same";
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::ObjectJoined), 2) << "cut to ten, the second and the third are the same";
 }
 
 /// Text in frames of 128 characters, whose digit and check nobody looks at.
@@ -432,7 +432,7 @@ TEST_F(BlockPointsTest, LargeFilesOfEveryShape)
         EXPECT_EQ(job.GetDatasetAt(0)->GetNumberOfElements(-1, 2, true, false), row.m_nStations);
         CString strNotes;
         for (const TIENote& note : ledger.GetNotes())
-            strNotes += std::to_string(note.m_nLine) + ":" + note.m_pCode + " ";
+            strNotes += std::to_string(note.m_Place.m_nLine) + ":" + note.GetWord() + " ";
         EXPECT_EQ(strNotes, row.m_pNotes);
     }
 }

@@ -27,8 +27,8 @@ protected:
         TImported imported{ImportInTheSameThread(&job, m_Folder / strName, kRead), Describe(job), {}};
         job.SetObserver(nullptr);
         for (const TIENote& note : ledger.GetNotes())
-            imported.m_strNotes +=
-                IEUtils::GetExtension(note.m_strFile) + std::to_string(note.m_nLine) + ":" + note.m_pCode + " ";
+            imported.m_strNotes += IEUtils::GetExtension(note.m_strFile) + std::to_string(note.m_Place.m_nLine) + ":" +
+                                   note.GetWord() + " ";
         EXPECT_EQ(FindFault(job), "");
         return imported;
     }
@@ -65,15 +65,15 @@ TEST_F(CorLevTest, WritesWhatItsRulesSay)
     EXPECT_THAT(Notes(), ElementsAre("object.kind line", "object.name ABCDEFGHIJKLMNOPQ", "object.name a\r\nb"));
 
     // metres and degrees go out as they are, whatever the job's units
-    for (const auto& [eUnits, eType, pNote] :
-         {std::tuple(EDIST_UNITS::USSurveyFeet, TIEJobInfo::Plane, "job.units"),
-          std::tuple(EDIST_UNITS::Meters, TIEJobInfo::Geographic, "job.geographic")}) {
+    for (const auto& [eUnits, eType, eNote] :
+         {std::tuple(EDIST_UNITS::USSurveyFeet, TIEJobInfo::Plane, EIENote::JobUnits),
+          std::tuple(EDIST_UNITS::Meters, TIEJobInfo::Geographic, EIENote::JobGeographic)}) {
         auto pJob = MakeJob();
         pJob->GetJobInfo()->SetDistUnits(eUnits);
         pJob->GetJobInfo()->SetCSType(eType);
         EXPECT_EQ(ExportPair(std::move(pJob)), IE_OK);
         EXPECT_EQ(ReadFile(m_Folder / "out.x.cor"), ReadFile(DataPath("cor-lev/pair.cor")));
-        EXPECT_EQ(m_Ledger.GetCount(pNote), 1);
+        EXPECT_EQ(m_Ledger.GetCount(eNote), 1);
     }
 
     EXPECT_EQ(ExportPair(std::make_unique<CIEData>()), IE_OK);
@@ -106,7 +106,7 @@ const struct {
     const char* m_pLevels;
     const char* m_pObjects;
     EIEResult m_eResult = IE_OK;
-    const char* m_pNotes = "";
+    const char* m_eNotes = "";
 } kCases[] = {
     {COR("A  ") COR("B  "), LEV("A  ", "3.5") LEV("B  ", "4"), "point A 1 2 3.5\npoint B 1 2 4\n"},
     // out of order, and the line behind is looked for behind that point
@@ -142,7 +142,7 @@ TEST_F(CorLevTest, Reads)
         SCOPED_TRACE(CString(row.m_pCoordinates) + row.m_pLevels);
         CIEData job;
         EXPECT_EQ(ImportPair(job, row.m_pCoordinates, row.m_pLevels),
-                  (TImported{row.m_eResult, row.m_pObjects, row.m_pNotes}));
+                  (TImported{row.m_eResult, row.m_pObjects, row.m_eNotes}));
     }
     CIEData feet;
     feet.GetJobInfo()->SetDistUnits(EDIST_UNITS::InternationalFeet);
@@ -170,7 +170,7 @@ TEST_F(CorLevTest, CoordinatesGoOutWithoutAFileForHeights)
     EXPECT_EQ(ExportPair(MakeJob()), IE_OK);
     EXPECT_EQ(ReadFile(m_Folder / "out.x.cor"), ReadFile(DataPath("cor-lev/pair.cor")));
     EXPECT_EQ(m_Folder.List(), "out.x.cor ");
-    EXPECT_EQ(m_Ledger.GetCount("file.write-failed"), 1);
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::FileWriteFailed), 1);
 
     faults.m_AllowOpen = [](const std::string& path, bool) { return !path.ends_with(".cor"); };
     Platform::RemoveFile(m_Folder / "out.x.cor");

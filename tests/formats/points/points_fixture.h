@@ -29,7 +29,7 @@ protected:
         TImported imported{ImportInTheSameThread(&job, strFile, nCode), Describe(job), {}};
         job.SetObserver(nullptr);
         for (const TIENote& note : ledger.GetNotes())
-            imported.m_strNotes += std::to_string(note.m_nLine) + ":" + note.m_pCode + " ";
+            imported.m_strNotes += std::to_string(note.m_Place.m_nLine) + ":" + note.GetWord() + " ";
         EXPECT_EQ(FindFault(job), "");
         return imported;
     }
@@ -51,7 +51,7 @@ protected:
     {
         CStringArray notes;
         for (const TIENote& note : m_Ledger.GetNotes())
-            notes.push_back(CString(note.m_pCode) + " " + note.m_strRecord);
+            notes.push_back(CString(note.GetWord()) + " " + note.m_strRecord);
         return notes;
     }
 

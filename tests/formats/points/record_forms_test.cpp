@@ -70,9 +70,10 @@ TEST_F(RecordFormsTest, WritesWhatItsRulesSay)
         CString bytes;
         for (const int nCode : {7, 8, 11, 12, 13, 36, 37, 47, 49, 50, 51, 57, 60}) {
             bytes += "==== " + std::to_string(nCode) + "\r\n" + Export(MakeJob(row.m_eUnits, row.m_eType), nCode);
-            EXPECT_EQ(m_Ledger.GetCount("job.geographic"), row.m_eType == TIEJobInfo::Geographic ? 1 : 0) << nCode;
+            EXPECT_EQ(m_Ledger.GetCount(EIENote::JobGeographic), row.m_eType == TIEJobInfo::Geographic ? 1 : 0)
+                << nCode;
             if (nCode == 49) {
-                EXPECT_EQ(m_Ledger.GetCount("job.units"), row.m_nUnitNotes);
+                EXPECT_EQ(m_Ledger.GetCount(EIENote::JobUnits), row.m_nUnitNotes);
             }
         }
         ExpectGolden(row.m_pFile, bytes);
@@ -165,7 +166,7 @@ TEST_F(RecordFormsTest, NoteLinesReadBack)
     CIEData back;
     EXPECT_EQ(Import(back, 36, bytes), (TImported{IE_OK, Describe(*makeJob()), ""}));
     Export(makeJob("!2345678"), 47);
-    EXPECT_EQ(m_Ledger.GetCount("line.unreadable"), 7) << "each reads as a note";
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::LineUnreadable), 7) << "each reads as a note";
 }
 
 struct TCase {

@@ -107,12 +107,12 @@ TEST_F(SimaTest, WritesWhatItsRulesSay)
     EXPECT_THAT(Notes(), ElementsAre("object.kind L", "line.unreadable ä, b", "object.kind R", "object.point-kind G",
                                      "object.kind arc", "object.point-kind K"));
     ExpectGolden("sima/us_feet.sim", Export(MakeJob(EDIST_UNITS::USSurveyFeet), kWriteNamed));
-    EXPECT_EQ(m_Ledger.GetCount("job.units"), 1);
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::JobUnits), 1);
     ExpectGolden("sima/geographic.sim",
                  Export(MakeJob(EDIST_UNITS::USSurveyFeet, TIEJobInfo::Geographic), kWriteNamed));
-    EXPECT_EQ(m_Ledger.GetCount("job.geographic"), 1);
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::JobGeographic), 1);
     ExpectGolden("sima/numbers.sim", Export(MakeJob(EDIST_UNITS::Meters), kWriteNumbers));
-    EXPECT_EQ(m_Ledger.GetCount("object.name"), 4);
+    EXPECT_EQ(m_Ledger.GetCount(EIENote::ObjectName), 4);
 
     auto pEmpty = std::make_unique<CIEData>();
     EXPECT_EQ(Export(MakeJobLike(*pEmpty), kWriteNamed), "G00,03,,\r\nA00,\r\nA99,\r\n");

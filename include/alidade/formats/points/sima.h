@@ -31,7 +31,7 @@ private:
     void NoteRest(CIETextFile& file) const;
     [[nodiscard]] bool IsEnd(const CIETextFile& file, std::string_view line) const;
     EIEResult ParseRecord(std::string_view line, std::int64_t nLine, std::unique_ptr<CIEDesignPoint>& pPoint);
-    EIEResult Refuse(std::int64_t nLine, const CString& strName, const char* pCode, CString strReason) const;
+    EIEResult Refuse(std::int64_t nLine, const CString& strName, EIENote eCode, CString strReason) const;
 
     bool m_bNumbersOnly;
     bool m_bFirstLine = true; ///< the two opening lines are still to come

@@ -113,7 +113,7 @@ bool CCoreDXFExporter::CloseOutput()
     const bool bWritten = m_pOut->Close();
     m_pOut.reset();
     if (!bWritten)
-        Note(TIENote::LeftOut, "file.write-failed", {}, "the file could not be written to its end");
+        Note(TIENote::LeftOut, EIENote::FileWriteFailed, {}, "the file could not be written to its end");
     return bWritten;
 }
 

@@ -7,7 +7,7 @@ using namespace DXFNoteWords;
 void CDXFNotes::NoteUnwantedObjects(const CIEDataset& dataset)
 {
     for (int i = 0; const CIEObject* const pObject = dataset.GetObjectAt(i); ++i)
-        Add(TIENote::LeftOut, "object.kind", pObject->GetName(),
+        Add(TIENote::LeftOut, EIENote::ObjectKind, pObject->GetName(),
             "the settings ask for none of points, lines and polygons");
 }
 
@@ -27,17 +27,17 @@ void CDXFNotes::LookThrough(const CIEDataset& dataset)
             ++m_Blocks[BlockName(pObject->GetName())];
     }
     if (nPatterns > 0)
-        Add(TIENote::Changed, "job.block-patterns", {},
+        Add(TIENote::Changed, EIENote::JobBlockPatterns, {},
             IEUtils::IntToString(nPatterns) +
                 " objects are parts of the definitions of blocks, and go out as if they lay on the ground");
     if (bArcs && m_ePlaneUnits == EDIST_UNITS::None)
-        Add(TIENote::Changed, "job.geographic-arcs", {},
+        Add(TIENote::Changed, EIENote::JobGeographicArcs, {},
             "the radius of an arc goes out as a length, around a place in degrees; only this program reads that back");
     if (bNames && !m_bCodes)
-        Add(TIENote::LeftOut, "job.name", {},
+        Add(TIENote::LeftOut, EIENote::JobName, {},
             "a name is a text beside its object, and the object is read back without it");
     if (bAttributes && !m_Job.GetSettings().m_bSingleFile)
-        Add(TIENote::Changed, "job.attribute-codes", {},
+        Add(TIENote::Changed, EIENote::JobAttributeCodes, {},
             "in a file for each dataset attributes go out without the names of their codes, and are read back as ones "
             "of a code named after the file");
 }
@@ -52,7 +52,7 @@ void CDXFNotes::NoteFlatLines(const CIEDataset& dataset)
         for (int k = 1; const CIEStation* const pStation = pObject->GetStation(k); ++k) {
             if (pStation->GetHeight() == pFirst->GetHeight())
                 continue;
-            Add(TIENote::Changed, "job.flat-lines", {},
+            Add(TIENote::Changed, EIENote::JobFlatLines, {},
                 "programs that keep to the rules show lines and polygons at one height, \"" + pObject->GetName() +
                     "\" among them; the heights stand in the vertices");
             return;
@@ -87,7 +87,7 @@ void CDXFNotes::NoteCodeDrawing(const CIEDataset& dataset)
         reasons.Add((nDrawn & DrawnArea) && pCode->GetDrawProperties(CIEDrawProperties::Areas),
                     "what it says of areas is left out, and they are drawn as its lines");
         if (!reasons.Get().empty())
-            Add(TIENote::LeftOut, "job.code-drawing", pCode->GetName(), reasons.Get());
+            Add(TIENote::LeftOut, EIENote::JobCodeDrawing, pCode->GetName(), reasons.Get());
     }
 }
 
@@ -98,14 +98,14 @@ void CDXFNotes::NoteSurfaces(const CIEDataset& dataset, bool bWanted)
         if (bWanted)
             nFaces += NoteTriangles(*pSurface) > 0;
         else
-            Add(TIENote::LeftOut, "object.kind", pSurface->GetName(), "the settings ask for no surfaces");
+            Add(TIENote::LeftOut, EIENote::ObjectKind, pSurface->GetName(), "the settings ask for no surfaces");
     }
     if (nFaces > 0)
-        Add(TIENote::Changed, "job.surfaces", {},
+        Add(TIENote::Changed, EIENote::JobSurfaces, {},
             "a surface goes out as faces without its name; all faces are read back as one surface, three positions for "
             "each of them");
     if (nFaces > 0 && m_ePlaneUnits == EDIST_UNITS::None && m_eUnits != EDIST_UNITS::Meters)
-        Add(TIENote::Changed, "job.geographic-surfaces", {},
+        Add(TIENote::Changed, EIENote::JobGeographicSurfaces, {},
             "the degrees of a surface's corners go out as if they were metres, in the job's units, and don't lie where "
             "all else does; only this program reads them back");
 }
@@ -144,15 +144,15 @@ int CDXFNotes::NoteTriangles(const CIESurface& surface)
     }
     const CString& strName = surface.GetName();
     if (surface.GetNumberOfTriangles() == 0)
-        Add(TIENote::LeftOut, "surface.triangles", strName, "it has no triangles, and nothing of it goes out");
+        Add(TIENote::LeftOut, EIENote::SurfaceTriangles, strName, "it has no triangles, and nothing of it goes out");
     if (nBroken > 0)
-        Add(TIENote::LeftOut, "surface.triangles", strName,
+        Add(TIENote::LeftOut, EIENote::SurfaceTriangles, strName,
             IEUtils::IntToString(nBroken) + " of its triangles have corners that it has no position for");
     if (nStanding > 0)
-        Add(TIENote::Changed, "surface.standing", strName,
+        Add(TIENote::Changed, EIENote::SurfaceStanding, strName,
             IEUtils::IntToString(nStanding) +
                 " of its triangles have a corner over their first one, which is read back as the first one again");
     if (!bNumbers)
-        AddTooLarge("surface.coordinates", strName);
+        AddTooLarge(EIENote::SurfaceCoordinates, strName);
     return surface.GetNumberOfTriangles() - nBroken;
 }

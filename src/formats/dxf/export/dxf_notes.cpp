@@ -34,16 +34,12 @@ CDXFNotes::CDXFNotes(const CIEData& job, CString strFile, bool bCodes)
                                                                             : EDIST_UNITS::None),
       m_eUnits(job.GetJobInfo()->GetDistUnits())
 {
-    m_Note.m_strFile = std::move(strFile);
+    m_strFile = std::move(strFile);
 }
 
-void CDXFNotes::Add(TIENote::EKind eKind, const char* pCode, const CString& strRecord, CString strReason)
+void CDXFNotes::Add(TIENote::EKind eKind, EIENote eCode, const CString& strRecord, CString strReason)
 {
-    m_Note.m_eKind = eKind;
-    m_Note.m_pCode = pCode;
-    m_Note.m_strRecord = strRecord;
-    m_Note.m_strReason = std::move(strReason);
-    m_Job.Note(m_Note);
+    m_Job.Note(eKind, eCode, m_strFile, {}, strRecord, std::move(strReason));
 }
 
 void CDXFNotes::LookAtCase(std::string_view text)
@@ -51,7 +47,7 @@ void CDXFNotes::LookAtCase(std::string_view text)
     if (m_bCaseTold || std::none_of(text.begin(), text.end(), [](char c) { return c >= 'a' && c <= 'z'; }))
         return;
     m_bCaseTold = true;
-    Add(TIENote::Changed, "job.upper-case", {},
+    Add(TIENote::Changed, EIENote::JobUpperCase, {},
         "names, layers, codes and values are read back in upper case, \"" + TDXFOutput::AsRead(text) + "\" among them");
 }
 
@@ -68,9 +64,9 @@ bool CDXFNotes::ArePlaceNumbers(double dNorth, double dEast, double dHeight, EDI
     return IsNumber(dNorth, plane) && IsNumber(dEast, plane) && IsNumber(dHeight, m_eUnits);
 }
 
-void CDXFNotes::AddTooLarge(const char* pCode, const CString& strRecord)
+void CDXFNotes::AddTooLarge(EIENote eCode, const CString& strRecord)
 {
-    Add(TIENote::Changed, pCode, strRecord,
+    Add(TIENote::Changed, eCode, strRecord,
         m_bBinary ? "a number of it grows beyond all numbers in the drawing's units"
                   : "a number of it, of 1e30 or more in the drawing's units, goes out as no number, and is read back "
                     "as 0");
@@ -82,7 +78,7 @@ void CDXFNotes::NoteRun(const CIEDataset* pDataset, bool bObjects, bool bSurface
 {
     NoteForm();
     if (m_Job.GetSettings().m_bSingleFile && m_Job.GetNumberOfDatasets() > 1)
-        Add(TIENote::LeftOut, "job.datasets", {},
+        Add(TIENote::LeftOut, EIENote::JobDatasets, {},
             "a drawing holds one dataset, the current one; the others aren't in this file");
     NoteLayers();
     if (!pDataset)
@@ -101,17 +97,17 @@ void CDXFNotes::NoteRun(const CIEDataset* pDataset, bool bObjects, bool bSurface
 void CDXFNotes::NoteForm()
 {
     if (m_bBinary) {
-        Add(TIENote::Changed, "job.binary-form", {},
+        Add(TIENote::Changed, EIENote::JobBinaryForm, {},
             "the binary form begins with no mark by which a reader knows it; a file with the extension \"dxf\" is read "
             "everywhere");
         return;
     }
     const bool bGeographic = m_Job.GetJobInfo()->GetCSType() == TIEJobInfo::Geographic;
     if (bGeographic)
-        Add(TIENote::Changed, "job.geographic", {},
+        Add(TIENote::Changed, EIENote::JobGeographic, {},
             "latitude and longitude go out with six decimals, which is some ten centimetres on the ground");
     if (m_eUnits == EDIST_UNITS::USMiles)
-        Add(TIENote::Changed, "job.miles", {},
+        Add(TIENote::Changed, EIENote::JobMiles, {},
             CString(bGeographic ? "heights" : "coordinates") +
                 " in US miles go out with six decimals, which is 1.6 millimetres on the ground");
 }
@@ -120,7 +116,7 @@ void CDXFNotes::NoteColor(TIEColor color, int nIndex)
 {
     const TIEColor back = CIEAutoCADUtils().Convert256ToRGB(nIndex);
     if (back != color)
-        Add(TIENote::Changed, "job.color", ToHex(color),
+        Add(TIENote::Changed, EIENote::JobColor, ToHex(color),
             "of the 256 colours of a drawing the nearest is " + IEUtils::IntToString(nIndex) + ", " + ToHex(back));
 }
 
@@ -133,7 +129,7 @@ void CDXFNotes::NoteLayers()
     for (int i = 0; const CIELayer* const pLayer = layers.GetLayerAt(i); ++i) {
         const CString& strName = pLayer->GetName();
         if (!pLayer->GetDrawProperties()) {
-            Add(TIENote::LeftOut, "job.layer", strName,
+            Add(TIENote::LeftOut, EIENote::JobLayer, strName,
                 "it has neither a colour nor a line type, so the drawing has no entry for it, and its objects are read "
                 "back without a layer");
             continue;
@@ -141,7 +137,7 @@ void CDXFNotes::NoteLayers()
         m_Layers.insert(pLayer);
         NoteLayer(*pLayer);
         if (!names.insert(IEUtils::ToUpper(TDXFOutput::AsRead(strName))).second)
-            Add(TIENote::Changed, "job.layer", strName, "a layer ahead has the same name but for its case");
+            Add(TIENote::Changed, EIENote::JobLayer, strName, "a layer ahead has the same name but for its case");
     }
 }
 
@@ -169,5 +165,5 @@ void CDXFNotes::NoteLayer(const CIELayer& layer)
                 "its width, point symbol or filling is left out");
     reasons.Add(!pProperties->GetColor(color), "without a colour, it gets the one that stands out from any sheet");
     if (!reasons.Get().empty())
-        Add(TIENote::Changed, "job.layer", strName, reasons.Get());
+        Add(TIENote::Changed, EIENote::JobLayer, strName, reasons.Get());
 }

@@ -21,7 +21,7 @@ public:
     void NoteColor(TIEColor color, int nIndex);
 
 private:
-    void Add(TIENote::EKind eKind, const char* pCode, const CString& strRecord, CString strReason);
+    void Add(TIENote::EKind eKind, EIENote eCode, const CString& strRecord, CString strReason);
     void NoteForm();
     void NoteUnwantedObjects(const CIEDataset& dataset);
     void LookThrough(const CIEDataset& dataset);
@@ -47,14 +47,14 @@ private:
     /// Whether a text isn't in upper case, in which all of them come back.
     void LookAtCase(std::string_view text);
     /// Tells, once for an object, of a text that comes back as another one, or acts as a word of the form.
-    bool NoteText(const CIEObject& object, const char* pCode, std::string_view text, const char* pWhat);
+    bool NoteText(const CIEObject& object, EIENote eCode, std::string_view text, const char* pWhat);
     /// Whether a number in metres, or with EDIST_UNITS::None as it stands, goes out as one.
     [[nodiscard]] bool IsNumber(double dValue, EDIST_UNITS units) const;
     [[nodiscard]] bool ArePlaceNumbers(double dNorth, double dEast, double dHeight, EDIST_UNITS plane) const;
-    void AddTooLarge(const char* pCode, const CString& strRecord);
+    void AddTooLarge(EIENote eCode, const CString& strRecord);
 
     const CIEData& m_Job;
-    TIENote m_Note;
+    CString m_strFile;
     bool m_bCodes;
     bool m_bBinary;
     EDIST_UNITS m_ePlaneUnits;

@@ -27,7 +27,8 @@ bool IsCut(const CString& strTag)
 void CDXFNotes::NoteObject(const CIEObject& object)
 {
     if (!object.GetStation(0)) {
-        Add(TIENote::LeftOut, "object.no-station", object.GetName(), "without a station, it has no place in a drawing");
+        Add(TIENote::LeftOut, EIENote::ObjectNoStation, object.GetName(),
+            "without a station, it has no place in a drawing");
         return;
     }
     NoteName(object);
@@ -44,14 +45,14 @@ void CDXFNotes::NoteLayerOf(const CIEObject& object)
 {
     const CIELayer* const pLayer = object.GetLayer();
     if (pLayer && !m_Layers.contains(pLayer))
-        Add(TIENote::LeftOut, "object.layer", object.GetName(),
+        Add(TIENote::LeftOut, EIENote::ObjectLayer, object.GetName(),
             "the drawing has no entry for its layer \"" + pLayer->GetName() + "\"");
     const CIEDrawDictionary& layers = *m_Job.GetIEDrawDictionary();
     if (pLayer || m_bDefaultLayerTold || layers.GetNumberOfLayers() == 0)
         return;
     m_bDefaultLayerTold = true;
     const CIELayer* const pDefault = layers.GetDefaultLayer();
-    Add(TIENote::Changed, "job.default-layer", {},
+    Add(TIENote::Changed, EIENote::JobDefaultLayer, {},
         "objects without a layer go out on the layer \"" + (pDefault ? pDefault : layers.GetLayerAt(0))->GetName() +
             "\"");
 }
@@ -60,17 +61,17 @@ void CDXFNotes::NoteName(const CIEObject& object)
 {
     const CString& strName = object.GetName();
     if (IsWord(strName))
-        Add(TIENote::Changed, "object.word", strName,
+        Add(TIENote::Changed, EIENote::ObjectWord, strName,
             "its name is a word of the form, by which a reader may take it for another object");
     if (!m_bCodes)
         return;
     LookAtCase(strName);
     const CString strRead = TDXFOutput::AsRead(CCoreDXFExporter::CreateCorrectDXFName(strName, true));
     if (strRead != strName)
-        Add(TIENote::Changed, "object.name", strName,
+        Add(TIENote::Changed, EIENote::ObjectName, strName,
             "drawings allow no such name; it is read back as \"" + strRead + "\"");
     if (const auto block = m_Blocks.find(IEUtils::ToUpper(strRead)); block != m_Blocks.end() && block->second > 1)
-        Add(TIENote::Changed, "object.block-name", strName,
+        Add(TIENote::Changed, EIENote::ObjectBlockName, strName,
             IEUtils::IntToString(block->second) + " objects have blocks of the name \"" + block->first +
                 "\", and a reader puts all of them where each one lies");
 }
@@ -95,7 +96,7 @@ void CDXFNotes::NoteNumbers(const CIEObject& object)
                    IsNumber(arc.GetData(CIEArc::EndAngle), EDIST_UNITS::None);
     }
     if (!bNumbers)
-        AddTooLarge("object.coordinates", object.GetName());
+        AddTooLarge(EIENote::ObjectCoordinates, object.GetName());
 }
 
 /// Whether the drawing has the same number for both, less the base, as it has what is in a block.
@@ -127,14 +128,14 @@ void CDXFNotes::NoteRing(const CIEObject& object)
     const bool bEnds = AreOnePlace(*object.GetStation(0), *object.GetStation(nStations - 1));
     if (object.GetType() == EIEObjectsType::PolyLine) {
         if (bEnds)
-            Add(TIENote::Changed, "object.ring", strName,
+            Add(TIENote::Changed, EIENote::ObjectRing, strName,
                 nStations == 1 ? "a line of one station is read back as a polygon"
                                : "a line that ends where it starts is read back as a polygon");
     } else if (nStations >= kLeastRing) {
-        Add(TIENote::Changed, "object.ring", strName,
+        Add(TIENote::Changed, EIENote::ObjectRing, strName,
             "its ring is read back with its first station once more at its end");
     } else if (!bEnds) {
-        Add(TIENote::Changed, "object.ring", strName,
+        Add(TIENote::Changed, EIENote::ObjectRing, strName,
             "a polygon of two stations isn't closed, and is read back as a line");
     }
 }
@@ -148,19 +149,19 @@ void CDXFNotes::NoteDrawing(const CIEObject& object)
     reasons.Add(HasMarkStyle(pProperties), "the symbol of a point is left out");
     reasons.Add(IsFlooded(pProperties), "the filling of an area is left out");
     if (!reasons.Get().empty())
-        Add(TIENote::LeftOut, "object.drawing", object.GetName(), reasons.Get());
+        Add(TIENote::LeftOut, EIENote::ObjectDrawing, object.GetName(), reasons.Get());
 }
 
 // ---- codes
 
-bool CDXFNotes::NoteText(const CIEObject& object, const char* pCode, std::string_view text, const char* pWhat)
+bool CDXFNotes::NoteText(const CIEObject& object, EIENote eCode, std::string_view text, const char* pWhat)
 {
     LookAtCase(text);
     const CString strRead = TDXFOutput::AsRead(text);
     if (strRead != text)
-        Add(TIENote::Changed, pCode, object.GetName(), CString(pWhat) + " is read back as \"" + strRead + "\"");
+        Add(TIENote::Changed, eCode, object.GetName(), CString(pWhat) + " is read back as \"" + strRead + "\"");
     else if (IsWord(text))
-        Add(TIENote::Changed, "object.word", object.GetName(),
+        Add(TIENote::Changed, EIENote::ObjectWord, object.GetName(),
             CString(pWhat) + " \"" + strRead + "\" is a word of the form, by which a reader may take it for an object");
     else
         return false;
@@ -174,12 +175,12 @@ void CDXFNotes::NoteCodes(const CIEObject& object)
         const CString& strCode = pCode->GetDescription()->GetName();
         if (strCode == kDatasetExtras) {
             if (!m_bExtrasTold)
-                Add(TIENote::LeftOut, "job.dataset-extras", {}, "what the code " + strCode + " says is left out");
+                Add(TIENote::LeftOut, EIENote::JobDatasetExtras, {}, "what the code " + strCode + " says is left out");
             m_bExtrasTold = true;
             continue;
         }
         if (!names.insert(IEUtils::ToUpper(strCode)).second)
-            Add(TIENote::Changed, "object.codes", object.GetName(),
+            Add(TIENote::Changed, EIENote::ObjectCodes, object.GetName(),
                 "it has the code \"" + strCode + "\" twice, and both are read back as one");
         NoteDescription(*pCode->GetDescription());
         NoteCode(object, *pCode);
@@ -213,7 +214,7 @@ void CDXFNotes::NoteSharedTags(const CIEObject& object)
         }
     }
     if (!reasons.Get().empty())
-        Add(TIENote::LeftOut, "object.attributes", object.GetName(), reasons.Get());
+        Add(TIENote::LeftOut, EIENote::ObjectAttributes, object.GetName(), reasons.Get());
 }
 
 void CDXFNotes::NoteCode(const CIEObject& object, const CIECodeValues& code)
@@ -221,25 +222,27 @@ void CDXFNotes::NoteCode(const CIEObject& object, const CIECodeValues& code)
     const CIECodeDescription& description = *code.GetDescription();
     const CString& strCode = description.GetName();
     if (description.GetSize() == 0)
-        NoteText(object, "object.codes", strCode, "its code");
+        NoteText(object, EIENote::ObjectCodes, strCode, "its code");
     if (code.GetNumberOfAttrs() != description.GetSize())
-        Add(TIENote::Changed, "object.attributes", object.GetName(),
+        Add(TIENote::Changed, EIENote::ObjectAttributes, object.GetName(),
             code.GetNumberOfAttrs() < description.GetSize() ? "values that it lacks are read back as empty ones"
                                                             : "values beyond the attributes of its code are left out");
     const int nValues = std::min(code.GetNumberOfAttrs(), description.GetSize());
     for (int j = 0;
-         j < nValues && !NoteText(object, "object.attributes", code.GetAttrAt(j), "the value of an attribute"); ++j) {
+         j < nValues && !NoteText(object, EIENote::ObjectAttributes, code.GetAttrAt(j), "the value of an attribute");
+         ++j) {
     }
     const int nStrings = code.GetNumberOfCodeStrings();
-    for (int k = 0; k < nStrings && !NoteText(object, "object.attributes", code.GetCodeStringAt(k), "a code string");
-         ++k) {
+    for (int k = 0;
+         k < nStrings && !NoteText(object, EIENote::ObjectAttributes, code.GetCodeStringAt(k), "a code string"); ++k) {
     }
     if (nStrings > 1 && m_ManyStrings.insert(&description).second)
-        Add(TIENote::Changed, "job.attributes", strCode,
+        Add(TIENote::Changed, EIENote::JobAttributes, strCode,
             "an object has several code strings of it, and it is read back with an attribute for each but the first");
 }
 
-/// What the names of a code and of its attributes come to as tags: other codes ("job.codes"), or other attributes.
+/// What the names of a code and of its attributes come to as tags: other codes (EIENote::JobCodes), or other
+/// attributes.
 void CDXFNotes::NoteDescription(const CIECodeDescription& description)
 {
     if (!m_Descriptions.insert(&description).second)
@@ -269,11 +272,12 @@ void CDXFNotes::NoteDescription(const CIECodeDescription& description)
         attributes.Add(!names.insert(strUpper).second, strQuoted + "is read back as the one of that name ahead");
         if (pAttribute->GetType() == CIEAttrDescription::LIST && !m_bListsTold) {
             m_bListsTold = true;
-            Add(TIENote::Changed, "job.attribute-types", {}, "attributes with a list of values are read back as text");
+            Add(TIENote::Changed, EIENote::JobAttributeTypes, {},
+                "attributes with a list of values are read back as text");
         }
     }
     if (!codes.Get().empty())
-        Add(TIENote::Changed, "job.codes", strCode, codes.Get());
+        Add(TIENote::Changed, EIENote::JobCodes, strCode, codes.Get());
     if (!attributes.Get().empty())
-        Add(TIENote::Changed, "job.attributes", strCode, attributes.Get());
+        Add(TIENote::Changed, EIENote::JobAttributes, strCode, attributes.Get());
 }

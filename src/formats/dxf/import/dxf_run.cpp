@@ -274,7 +274,7 @@ bool CDXFImporter::TRun::CountCopy(const TEntity& insert, const CString& strName
     if (m_nCopies <= m_Data.GetSettings().m_nMostBlockCopies)
         return true;
     TIENote note = CDXFTally::MakeNote(
-        TIENote::LeftOut, "drawing.too-many-copies", insert.m_Place,
+        TIENote::LeftOut, EIENote::DrawingTooManyCopies, insert.m_Place,
         "block references have made as many copies as the settings allow; nothing from here on was read");
     note.m_strRecord = strName;
     Tell(std::move(note));
@@ -291,33 +291,33 @@ void CDXFImporter::TRun::Refuse(const TEntity& entity, CString strReason) const
 {
     if (!m_Data.GetObserver())
         return;
-    TIENote note = CDXFTally::MakeNote(TIENote::Refused, "drawing.coordinates", entity.m_Place, std::move(strReason));
+    TIENote note =
+        CDXFTally::MakeNote(TIENote::Refused, EIENote::DrawingCoordinates, entity.m_Place, std::move(strReason));
     note.m_strRecord = entity.m_strKind;
     Tell(std::move(note));
 }
 
 void CDXFImporter::TRun::TellLosses(bool bSection) const
 {
-    const auto tell = [this](TIENote::EKind eKind, const char* pCode, const CDXFTally::TPlace& place,
-                             CString strReason) {
-        Tell(CDXFTally::MakeNote(eKind, pCode, place, std::move(strReason)));
+    const auto tell = [this](TIENote::EKind eKind, EIENote eCode, const CDXFTally::TPlace& place, CString strReason) {
+        Tell(CDXFTally::MakeNote(eKind, eCode, place, std::move(strReason)));
     };
     if (!m_Data.GetObserver())
         return;
     m_Tally.Tell(m_bPlane, m_Units, [this](const TIENote& note) { Tell(note); });
     if (m_Text.GetMended() > 0)
-        tell(TIENote::Changed, "drawing.bad-characters", m_Text.GetFirstMended(),
+        tell(TIENote::Changed, EIENote::DrawingBadCharacters, m_Text.GetFirstMended(),
              "bytes or escapes without a meaning became U+FFFD in " + IEUtils::IntToString(m_Text.GetMended()) +
                  " texts");
     const CDXFTally::TPlace end = CDXFTally::PlaceOf(m_Reader);
     if (m_Reader.HasFailed())
-        tell(TIENote::Refused, "file.read-failed", end, "the rest of the file can't be read");
+        tell(TIENote::Refused, EIENote::FileReadFailed, end, "the rest of the file can't be read");
     else if (m_Reader.IsForeignBinary())
-        tell(TIENote::Refused, "drawing.other-binary", end, "the binary form of this drawing is another one");
+        tell(TIENote::Refused, EIENote::DrawingOtherBinary, end, "the binary form of this drawing is another one");
     else if (m_eEnd == Broken)
-        tell(TIENote::Refused, "drawing.broken", end, "the file is broken from here on");
+        tell(TIENote::Refused, EIENote::DrawingBroken, end, "the file is broken from here on");
     else if (!bSection && !m_bAnySection)
-        tell(TIENote::Refused, "drawing.no-section", end, "the file has no section of a drawing");
+        tell(TIENote::Refused, EIENote::DrawingNoSection, end, "the file has no section of a drawing");
     else if (m_eEnd == FileEnd || !bSection)
-        tell(TIENote::Changed, "drawing.cut", end, "the file ends within a section, or ahead of its entities");
+        tell(TIENote::Changed, EIENote::DrawingCut, end, "the file ends within a section, or ahead of its entities");
 }

@@ -13,50 +13,56 @@ constexpr std::string_view kOthers = "others";
 
 struct TLossWords {
     TIENote::EKind m_eKind;
-    const char* m_pCode;
+    EIENote m_eCode;
     const char* m_pReason; ///< behind the number
 };
 constexpr TLossWords kWords[CDXFTally::kLosses] = {
-    {TIENote::LeftOut, "drawing.invisible", " things of the drawing are invisible and were left out"},
-    {TIENote::LeftOut, "drawing.paper-space", " things of the drawing are in paper space and were left out"},
-    {TIENote::Changed, "drawing.insert-angle", " block references have an angle; their copies aren't turned"},
-    {TIENote::LeftOut, "drawing.insert-array",
+    {TIENote::LeftOut, EIENote::DrawingInvisible, " things of the drawing are invisible and were left out"},
+    {TIENote::LeftOut, EIENote::DrawingPaperSpace, " things of the drawing are in paper space and were left out"},
+    {TIENote::Changed, EIENote::DrawingInsertAngle, " block references have an angle; their copies aren't turned"},
+    {TIENote::LeftOut, EIENote::DrawingInsertArray,
      " block references have rows or columns; only one copy of each was made"},
-    {TIENote::LeftOut, "drawing.insert-empty",
+    {TIENote::LeftOut, EIENote::DrawingInsertEmpty,
      " references are to a block of which nothing came in ahead of them; they and their attributes are lost"},
-    {TIENote::Changed, "drawing.nested-base",
+    {TIENote::Changed, EIENote::DrawingNestedBase,
      " references within a block aren't told relative to that block's base point, which isn't 0"},
-    {TIENote::Changed, "drawing.bulge", " segments of polylines are arcs in the drawing and straight in the job"},
-    {TIENote::Changed, "drawing.extrusion",
+    {TIENote::Changed, EIENote::DrawingBulge, " segments of polylines are arcs in the drawing and straight in the job"},
+    {TIENote::Changed, EIENote::DrawingExtrusion,
      " entities tell their coordinates in a plane of their own, and were taken as if it were level"},
-    {TIENote::LeftOut, "drawing.thickness", " things of the drawing have a thickness, which the job has nothing for"},
-    {TIENote::Changed, "drawing.true-color",
+    {TIENote::LeftOut, EIENote::DrawingThickness,
+     " things of the drawing have a thickness, which the job has nothing for"},
+    {TIENote::Changed, EIENote::DrawingTrueColor,
      " things of the drawing have a colour beyond the 256, and have one of these in the job, or none"},
-    {TIENote::Changed, "drawing.arc-scale",
+    {TIENote::Changed, EIENote::DrawingArcScale,
      " arcs of blocks are parts of ellipses in the drawing, by scales that differ; the job has arcs of circles"},
-    {TIENote::Changed, "drawing.face-record",
+    {TIENote::Changed, EIENote::DrawingFaceRecord,
      " vertices of meshes are lists of corners; the job has stations where they say they lie, mostly at 0"},
-    {TIENote::Changed, "drawing.elevation", " lightweight polylines have an elevation, and height 0 in the job"},
-    {TIENote::Changed, "drawing.mesh", " polylines are meshes or curves; the job has lines through their vertices"},
-    {TIENote::LeftOut, "drawing.fourth-corner", " faces have four corners; the job has a triangle of three of them"},
-    {TIENote::Changed, "drawing.block-face",
+    {TIENote::Changed, EIENote::DrawingElevation, " lightweight polylines have an elevation, and height 0 in the job"},
+    {TIENote::Changed, EIENote::DrawingMesh,
+     " polylines are meshes or curves; the job has lines through their vertices"},
+    {TIENote::LeftOut, EIENote::DrawingFourthCorner,
+     " faces have four corners; the job has a triangle of three of them"},
+    {TIENote::Changed, EIENote::DrawingBlockFace,
      " faces are part of a block; they lie in the job as the block has them, and references don't copy them"},
-    {TIENote::Changed, "drawing.no-vertex", " polylines have no vertex"},
-    {TIENote::LeftOut, "drawing.no-layer", " objects are on layers that the drawing doesn't describe, and have none"},
-    {TIENote::Changed, "drawing.layer-state",
+    {TIENote::Changed, EIENote::DrawingNoVertex, " polylines have no vertex"},
+    {TIENote::LeftOut, EIENote::DrawingNoLayer,
+     " objects are on layers that the drawing doesn't describe, and have none"},
+    {TIENote::Changed, EIENote::DrawingLayerState,
      " layers are frozen, or aren't to be plotted, in a way that doesn't come in"},
-    {TIENote::Changed, "drawing.word",
+    {TIENote::Changed, EIENote::DrawingWord,
      " values that are words of the form began an entity or ended a part of the drawing"},
-    {TIENote::Changed, "drawing.number", " values aren't numbers and were read as 0"},
-    {TIENote::Changed, "drawing.number-part", " values are numbers only at their start, which was taken"},
-    {TIENote::Changed, "drawing.not-finite",
+    {TIENote::Changed, EIENote::DrawingNumber, " values aren't numbers and were read as 0"},
+    {TIENote::Changed, EIENote::DrawingNumberPart, " values are numbers only at their start, which was taken"},
+    {TIENote::Changed, EIENote::DrawingNotFinite,
      " values aren't finite; they were read as 0 where the object could do without them"},
-    {TIENote::Changed, "drawing.long-value", " values have more than 2049 bytes; their start was read"},
-    {TIENote::Changed, "drawing.long-name", " names of blocks have more than 255 bytes; their start was read"},
-    {TIENote::Changed, "drawing.code-page", " names of code pages aren't known; the one of the settings was taken"},
-    {TIENote::LeftOut, "drawing.code-name", " attributes are of a code without a name, or have no name themselves"},
-    {TIENote::LeftOut, "drawing.attributes", " attributes are beyond the most that a block reference can have"},
-    {TIENote::LeftOut, "drawing.same-attribute",
+    {TIENote::Changed, EIENote::DrawingLongValue, " values have more than 2049 bytes; their start was read"},
+    {TIENote::Changed, EIENote::DrawingLongName, " names of blocks have more than 255 bytes; their start was read"},
+    {TIENote::Changed, EIENote::DrawingCodePage,
+     " names of code pages aren't known; the one of the settings was taken"},
+    {TIENote::LeftOut, EIENote::DrawingCodeName,
+     " attributes are of a code without a name, or have no name themselves"},
+    {TIENote::LeftOut, EIENote::DrawingAttributes, " attributes are beyond the most that a block reference can have"},
+    {TIENote::LeftOut, EIENote::DrawingSameAttribute,
      " attributes have the name of a later one of their block reference, whose value the job has"},
 };
 
@@ -96,13 +102,14 @@ constexpr TUnits kDrawingUnits[] = {
 
 } // namespace
 
-TIENote CDXFTally::MakeNote(TIENote::EKind eKind, const char* pCode, const TPlace& place, CString strReason)
+TIENote CDXFTally::MakeNote(TIENote::EKind eKind, EIENote eCode, const TPlace& place, CString strReason,
+                            std::int64_t nCount)
 {
     TIENote note;
     note.m_eKind = eKind;
-    note.m_pCode = pCode;
-    note.m_nLine = place.m_nLine;
-    note.m_nOffset = place.m_nOffset;
+    note.m_eCode = eCode;
+    note.m_Place = place;
+    note.m_nCount = nCount;
     note.m_strReason = std::move(strReason);
     return note;
 }
@@ -133,7 +140,7 @@ void CDXFTally::CountByName(TCounts& counts, std::string_view name, const CDXFRe
         found->second.m_First = PlaceOf(reader);
 }
 
-void CDXFTally::TellByName(const TCounts& counts, const char* pCode, const char* pWhat, const TTell& tell)
+void CDXFTally::TellByName(const TCounts& counts, EIENote eCode, const char* pWhat, const TTell& tell)
 {
     std::vector<const TCounts::value_type*> inOrder;
     for (const auto& count : counts)
@@ -143,8 +150,9 @@ void CDXFTally::TellByName(const TCounts& counts, const char* pCode, const char*
         return std::pair(left.m_nLine, left.m_nOffset) < std::pair(right.m_nLine, right.m_nOffset);
     });
     for (const auto* const pCount : inOrder) {
-        TIENote note = MakeNote(TIENote::LeftOut, pCode, pCount->second.m_First,
-                                IEUtils::IntToString(pCount->second.m_nCount) + " " + pCount->first + pWhat);
+        TIENote note = MakeNote(TIENote::LeftOut, eCode, pCount->second.m_First,
+                                IEUtils::IntToString(pCount->second.m_nCount) + " " + pCount->first + pWhat,
+                                pCount->second.m_nCount);
         note.m_strRecord = pCount->first;
         tell(note);
     }
@@ -163,7 +171,7 @@ void CDXFTally::TellUnits(bool bPlane, EDIST_UNITS eUnits, const TTell& tell) co
                                             [this](const TUnits& units) { return units.m_nNumber == m_nUnits; });
     if (pUnits == std::end(kDrawingUnits) || (bPlane && (eUnits == pUnits->m_eUnits || eUnits == pUnits->m_eAlso)))
         return;
-    tell(MakeNote(TIENote::Changed, "drawing.units", m_UnitsPlace,
+    tell(MakeNote(TIENote::Changed, EIENote::DrawingUnits, m_UnitsPlace,
                   CString("the drawing says that its units are ") + pUnits->m_pName +
                       (bPlane ? "; its numbers were read in the job's units, which are others"
                               : "; X and Y were read as degrees")));
@@ -172,11 +180,11 @@ void CDXFTally::TellUnits(bool bPlane, EDIST_UNITS eUnits, const TTell& tell) co
 void CDXFTally::Tell(bool bPlane, EDIST_UNITS eUnits, const TTell& tell) const
 {
     TellUnits(bPlane, eUnits, tell);
-    TellByName(m_Entities, "drawing.entity", " entities were left out", tell);
-    TellByName(m_Sections, "drawing.section", " sections were left out", tell);
+    TellByName(m_Entities, EIENote::DrawingEntity, " entities were left out", tell);
+    TellByName(m_Sections, EIENote::DrawingSection, " sections were left out", tell);
     for (std::size_t i = 0; i < m_Losses.size(); ++i) {
         if (m_Losses[i].m_nCount > 0)
-            tell(MakeNote(kWords[i].m_eKind, kWords[i].m_pCode, m_Losses[i].m_First,
-                          IEUtils::IntToString(m_Losses[i].m_nCount) + kWords[i].m_pReason));
+            tell(MakeNote(kWords[i].m_eKind, kWords[i].m_eCode, m_Losses[i].m_First,
+                          IEUtils::IntToString(m_Losses[i].m_nCount) + kWords[i].m_pReason, m_Losses[i].m_nCount));
     }
 }

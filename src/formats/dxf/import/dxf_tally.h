@@ -47,13 +47,11 @@ public:
         kLosses
     };
     /// Where something stands: a line, or in binary form a byte.
-    struct TPlace {
-        std::int64_t m_nLine = 0;
-        std::int64_t m_nOffset = -1;
-    };
+    using TPlace = TIENotePlace;
     static TPlace PlaceOf(const CDXFReader& reader);
     /// A note without the file's name.
-    static TIENote MakeNote(TIENote::EKind eKind, const char* pCode, const TPlace& place, CString strReason);
+    static TIENote MakeNote(TIENote::EKind eKind, EIENote eCode, const TPlace& place, CString strReason,
+                            std::int64_t nCount = 1);
 
     /// At the reader's last token, or at another place.
     void Count(ELoss eLoss, const CDXFReader& reader);
@@ -82,7 +80,7 @@ private:
     using TCounts = std::unordered_map<CString, TCount, THash, std::equal_to<>>;
 
     static void CountByName(TCounts& counts, std::string_view name, const CDXFReader& reader);
-    static void TellByName(const TCounts& counts, const char* pCode, const char* pWhat, const TTell& tell);
+    static void TellByName(const TCounts& counts, EIENote eCode, const char* pWhat, const TTell& tell);
 
     void TellUnits(bool bPlane, EDIST_UNITS eUnits, const TTell& tell) const;
 

@@ -72,11 +72,11 @@ CString CIEBlockStreamExporter::MakePlain(std::string_view text, bool bFieldMark
 void CIEBlockStreamExporter::NoteJob(bool bUnitTold) const
 {
     if (m_pData->GetJobInfo()->GetCSType() == TIEJobInfo::Geographic)
-        Note(TIENote::Changed, "job.geographic", {},
+        Note(TIENote::Changed, EIENote::JobGeographic, {},
              IsMetric() ? "latitude and longitude go out in thousandths of a degree, which is some hundred metres"
                         : "latitude and longitude go out like lengths, turned into US survey feet");
     else if (!IsMetric() && !bUnitTold)
-        Note(TIENote::Changed, "job.units", {},
+        Note(TIENote::Changed, EIENote::JobUnits, {},
              "lengths go out in US survey feet; the form states no unit, and a reader takes them as metres");
 }
 
@@ -86,7 +86,7 @@ void CIEBlockStreamExporter::NoteRecord(std::string_view record, EDialect eDiale
     const CString& strName = object.GetName();
     TRecord read;
     if (FindRecordEnd(record, eDialect) != std::string_view::npos || !Parse(record, eDialect, read, true)) {
-        Note(TIENote::Changed, "line.unreadable", strName,
+        Note(TIENote::Changed, EIENote::LineUnreadable, strName,
              read.m_Losses.empty() ? "its name cuts the record in two, and a reader may end here"
                                    : "a reader ends here: " + read.m_Losses.back().m_strReason);
         m_strLastRead.clear();
@@ -100,7 +100,7 @@ void CIEBlockStreamExporter::NoteRecord(std::string_view record, EDialect eDiale
     for (int i = 0; bSame && i < object.GetNumberOfCodes(); ++i)
         bSame = object.GetCode(i)->GetDescription()->GetName() == read.m_Codes[static_cast<std::size_t>(i)];
     if (!bSame)
-        Note(TIENote::Changed, "object.codes", strName,
+        Note(TIENote::Changed, EIENote::ObjectCodes, strName,
              read.m_Codes.empty() ? "a reader of the form takes no code from its record"
                                   : "its codes don't come back as they are");
 }
@@ -111,11 +111,11 @@ void CIEBlockStreamExporter::NoteName(const CString& strRead, const CIEObject& o
         "a reader sees the same name on it and on its neighbour, and makes one line of both";
     const CString& strName = object.GetName();
     if (strRead != strName)
-        Note(TIENote::Changed, "object.name", strName, "a reader takes its name as \"" + strRead + "\"");
+        Note(TIENote::Changed, EIENote::ObjectName, strName, "a reader takes its name as \"" + strRead + "\"");
     if (strRead == m_strLastRead) {
-        Note(TIENote::Changed, "object.joined", strName, kReason);
+        Note(TIENote::Changed, EIENote::ObjectJoined, strName, kReason);
         if (m_strLastName != strName)
-            Note(TIENote::Changed, "object.joined", m_strLastName, kReason);
+            Note(TIENote::Changed, EIENote::ObjectJoined, m_strLastName, kReason);
     }
     m_strLastName = strName;
     m_strLastRead = strRead;
@@ -133,10 +133,10 @@ void CIEBlockStreamExporter::NoteCoordinates(const TRecord& record, const CIESta
         return std::fabs(dRead - dWritten) < kRounding; // false for what isn't finite
     };
     if (!isSame(record.m_dNorth, values[0]) || !isSame(record.m_dEast, values[1]))
-        Note(TIENote::Changed, "object.coordinates", strName,
+        Note(TIENote::Changed, EIENote::ObjectCoordinates, strName,
              "a reader doesn't take its north and its east as they are");
     if (!isSame(record.m_dHeight, values[2]))
-        Note(TIENote::Changed, "object.height", strName, "a reader doesn't take its height as it is");
+        Note(TIENote::Changed, EIENote::ObjectHeight, strName, "a reader doesn't take its height as it is");
 }
 
 bool CIEWideBlockPointExporter::OpenFile()

@@ -126,7 +126,7 @@ EIEResult CIEBlockStreamImporter::Import()
     CIEDataset* const pDataset = m_pData->AddDataset(std::make_unique<CIEDataset>("Import dataset"));
     const EIEResult eResult = ReadRecords(reader, *pDataset);
     if (reader.HasFailed())
-        Note(TIENote::Refused, "file.read-failed", reader.GetLineNumber() + 1, {},
+        Note(TIENote::Refused, EIENote::FileReadFailed, reader.GetLineNumber() + 1, {},
              "the rest of the file can't be read");
     NoteProgress(reader);
     return eResult;
@@ -155,7 +155,7 @@ EIEResult CIEBlockStreamImporter::ReadRecords(CReader& reader, CIEDataset& datas
     if (!CIEData::m_bStopProcess && !m_bRefused) {
         TakeRecord(pending, true, joiner);
         if (pending.GetLineAhead() > 0)
-            Note(TIENote::LeftOut, "block.no-record", pending.GetLineAhead(), {},
+            Note(TIENote::LeftOut, EIENote::BlockNoRecord, pending.GetLineAhead(), {},
                  "what stands ahead of the first \"" + CString(MarkerOf(m_eDialect)) + "\" isn't read");
         NoteEnd(reader);
         if (!m_bRefused)
@@ -179,12 +179,12 @@ bool CIEBlockStreamImporter::TakeRecord(CPending& pending, bool bLast, CIELineJo
     if (bObserved && text.find("\uFFFD") != std::string_view::npos)
         record.m_Losses.insert(
             record.m_Losses.begin(),
-            {"record.bad-characters", "bytes without a meaning in " + m_CodePage.GetName() + " became U+FFFD"});
+            {EIENote::RecordBadCharacters, "bytes without a meaning in " + m_CodePage.GetName() + " became U+FFFD"});
     NoteRecord(record, pending.GetLine(), !m_bRefused);
     if (m_bRefused)
         return false;
     if (!joiner.Add(MakePoint(record)))
-        Note(TIENote::Changed, "record.codes", pending.GetLine(), record.m_strName,
+        Note(TIENote::Changed, EIENote::RecordCodes, pending.GetLine(), record.m_strName,
              "this station joined a line, which keeps the codes of its first station");
     return true;
 }
@@ -203,17 +203,17 @@ void CIEBlockStreamImporter::NoteRecord(const TRecord& record, std::int64_t nLin
 {
     for (const TLoss& loss : record.m_Losses) {
         const bool bReason = !bTaken && &loss == &record.m_Losses.back();
-        Note(bReason ? TIENote::Refused : TIENote::Changed, loss.m_pCode, nLine, record.m_strName, loss.m_strReason);
+        Note(bReason ? TIENote::Refused : TIENote::Changed, loss.m_eCode, nLine, record.m_strName, loss.m_strReason);
     }
 }
 
 void CIEBlockStreamImporter::NoteBlock(const CReader& reader, std::string_view text) const
 {
     if (reader.WasCut())
-        Note(TIENote::LeftOut, "block.too-long", reader.GetLineNumber(), {},
+        Note(TIENote::LeftOut, EIENote::BlockTooLong, reader.GetLineNumber(), {},
              "it is longer than a block; the rest of it isn't read");
     if (reader.IsForeign() && !text.empty())
-        Note(TIENote::Changed, "block.no-frame", reader.GetLineNumber(), {},
+        Note(TIENote::Changed, EIENote::BlockNoFrame, reader.GetLineNumber(), {},
              "it stands in no frame, though others do, and was read as a part of the text");
 }
 
@@ -226,12 +226,12 @@ void CIEBlockStreamImporter::NoteEnd(CReader& reader) const
     while (reader.Read(text)) {
         if (IEUtils::Trim(text).empty())
             continue;
-        Note(TIENote::LeftOut, "block.behind-end", reader.GetLineNumber(), {},
+        Note(TIENote::LeftOut, EIENote::BlockBehindEnd, reader.GetLineNumber(), {},
              "an empty block or line ended the data ahead of it; nothing from here on was read");
         return;
     }
     if (reader.WasUnfinished())
-        Note(TIENote::LeftOut, "block.unfinished", reader.GetLineNumber() + 1, {},
+        Note(TIENote::LeftOut, EIENote::BlockUnfinished, reader.GetLineNumber() + 1, {},
              "the file ends within it, and it isn't read");
 }
 

@@ -65,16 +65,16 @@ public:
                 return true;
             }
         }
-        return Lose("record.fields", "it has no end within ten fields");
+        return Lose(EIENote::RecordFields, "it has no end within ten fields");
     }
 
 private:
     /// Takes the pieces of the reason, which is put together for those who listen.
     template <class... TPieces>
-    bool Lose(const char* pCode, const TPieces&... pieces)
+    bool Lose(EIENote eCode, const TPieces&... pieces)
     {
         if (m_bLosses)
-            (m_Record.m_Losses.emplace_back(TLoss{pCode, {}}).m_strReason += ... += pieces);
+            (m_Record.m_Losses.emplace_back(TLoss{eCode, {}}).m_strReason += ... += pieces);
         return false;
     }
 
@@ -130,7 +130,7 @@ private:
             break;
         }
         if (!IsFiller(cTag))
-            Lose("record.field", "its field \"", tag, "\" isn't read");
+            Lose(EIENote::RecordField, "its field \"", tag, "\" isn't read");
         return true;
     }
 
@@ -159,7 +159,7 @@ private:
         if (!number.m_bValid)
             return number;
         if (!IEUtils::StringToDouble(number.m_Text, number.m_dValue, true) && !digits.empty())
-            Lose("record.number", "its number \"", number.m_Text, "\" is none and was taken as 0");
+            Lose(EIENote::RecordNumber, "its number \"", number.m_Text, "\" is none and was taken as 0");
         number.m_dValue /= kThousand; // nearer to the decimal number than a product with 0.001
         if (m_Rest.starts_with('F') || m_Rest.starts_with('f')) {
             number.m_dValue = IEUtils::ToMetersFactor(number.m_dValue, EDIST_UNITS::USSurveyFeet);
@@ -171,14 +171,14 @@ private:
         const bool bUnit = !digits.empty() && !m_Rest.empty() && kUnits.find(m_Rest.front()) != npos;
         const std::string_view behind = GetField().substr(bUnit ? 1 : 0);
         if (!std::all_of(behind.begin(), behind.end(), IsFiller))
-            Lose("record.number", "what stands behind its number \"", number.m_Text, "\" isn't read");
+            Lose(EIENote::RecordNumber, "what stands behind its number \"", number.m_Text, "\" isn't read");
         return number;
     }
 
     bool ReadCoordinate(const char* pWhat, const TNumber& number, double& dValue)
     {
         if (!number.m_bValid)
-            return Lose("record.number", "its ", pWhat, " \"", number.m_Text, "\" can't be read");
+            return Lose(EIENote::RecordNumber, "its ", pWhat, " \"", number.m_Text, "\" can't be read");
         dValue = number.m_dValue;
         return true;
     }
@@ -189,7 +189,7 @@ private:
         m_bNorthSeen = true;
         if (!m_bWide || !number.m_bAtEnd)
             return ReadCoordinate("north", number, m_Record.m_dNorth);
-        Lose("record.field", "its north \"", number.m_Text, "\" is cut and isn't read");
+        Lose(EIENote::RecordField, "its north \"", number.m_Text, "\" is cut and isn't read");
         return true;
     }
 
@@ -203,10 +203,10 @@ private:
         if (bTaken)
             m_Record.m_dHeight = number.m_dValue;
         if (!bTaken || !number.m_bValid)
-            Lose("record.height", "its height \"", number.m_Text,
+            Lose(EIENote::RecordHeight, "its height \"", number.m_Text,
                  (number.m_bValid ? "\" is too short and isn't read" : "\" can't be read and is 0"));
         if (m_bWide && field.find(kCodeMark) != npos)
-            Lose("record.code", "the code behind its height isn't read");
+            Lose(EIENote::RecordCode, "the code behind its height isn't read");
         return true;
     }
 
@@ -221,9 +221,9 @@ private:
         m_Rest.remove_prefix(name.size());
         m_Record.m_strName = name;
         if (!IEUtils::IsValidName(name))
-            return Lose("record.name", "\"", name, "\" can't name a point");
+            return Lose(EIENote::RecordName, "\"", name, "\" can't name a point");
         if (!std::all_of(rest.begin(), rest.end(), IsFiller))
-            Lose("record.name-cut", "its name goes on behind that, which isn't read");
+            Lose(EIENote::RecordNameCut, "its name goes on behind that, which isn't read");
         m_Record.m_dNorth = m_Record.m_dEast = m_Record.m_dHeight = 0.0;
         m_bNorthSeen = m_bEastSeen = m_bHeightSeen = false;
         return true;
@@ -249,9 +249,9 @@ private:
     {
         m_Rest.remove_prefix(GetField().size());
         if (m_bEnded && !std::all_of(m_Rest.begin(), m_Rest.end(), IsFiller))
-            Lose("record.field", "what stands behind its end isn't read");
+            Lose(EIENote::RecordField, "what stands behind its end isn't read");
         if (!m_bNorthSeen || !m_bEastSeen || !m_bHeightSeen)
-            Lose("record.incomplete", "it lacks a north, an east or a height, which is 0");
+            Lose(EIENote::RecordIncomplete, "it lacks a north, an east or a height, which is 0");
     }
 
     std::string_view m_Rest;
@@ -292,7 +292,7 @@ bool Parse(std::string_view text, EDialect eDialect, TRecord& record, bool bLoss
 {
     if (text.size() > kLongestRecord && IEUtils::Length(text) > kLongestRecord) {
         record.m_strName = IEUtils::Left(text, kWideName);
-        record.m_Losses.push_back({"record.too-long", "it is longer than the 256 characters of a record"});
+        record.m_Losses.push_back({EIENote::RecordTooLong, "it is longer than the 256 characters of a record"});
         return false;
     }
     return CParser(text, eDialect, record, bLosses).Run();

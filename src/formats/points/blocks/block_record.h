@@ -1,7 +1,7 @@
 // Records of a stream of blocks: tagged fields, one point a record.
 #pragma once
 
-#include "alidade/vellumlib/types.h"
+#include "alidade/vellumlib/notes.h"
 #include "vellumlib/code_page.h"
 
 #include <string_view>
@@ -26,7 +26,7 @@ std::string_view Decode(std::string_view bytes, CIECodePage& codePage, CString& 
 
 /// Something in a record that didn't come in, or not as it stands.
 struct TLoss {
-    const char* m_pCode;
+    EIENote m_eCode;
     CString m_strReason;
 };
 
