@@ -36,7 +36,7 @@ def owner(symbol, exported):
                         return kind, name
             return None
     for name in exported["function"]:
-        if symbol.startswith(name + "("):
+        if symbol.startswith((name + "(", name + "[")):  # a result may be marked with its ABI
             return "function", name
     for kind in ("class", "namespace"):
         for name in exported[kind]:
