@@ -7,10 +7,21 @@
 #include <iterator>
 #include <type_traits>
 
+/// A key of the document with its length, so that most keys differ at a glance.
+class CIEJobKey {
+public:
+    constexpr CIEJobKey(const char* pKey) : m_Key(pKey) {} // NOLINT(google-explicit-constructor): tables hold the texts
+    constexpr operator const char*() const { return m_Key.data(); } // NOLINT(google-explicit-constructor)
+    [[nodiscard]] constexpr bool Is(std::string_view key) const { return key == m_Key; }
+
+private:
+    std::string_view m_Key;
+};
+
 /// A key of the objects that hold a T. Writing leaves the key out where the value is that of a new T.
 template <class T>
 struct TIEJobField {
-    const char* m_pKey;
+    CIEJobKey m_Key;
     void (*m_pWrite)(CIEJobWriting& out, const char* pKey, const T& object);
     bool (*m_pRead)(CIEJobReading& in, const CIEJsonValue& value, T& object);
 };
@@ -108,7 +119,7 @@ template <class T, std::size_t n>
 void Write(CIEJobWriting& out, const T& object, const TIEJobField<T> (&fields)[n])
 {
     for (const TIEJobField<T>& field : fields)
-        field.m_pWrite(out, field.m_pKey, object);
+        field.m_pWrite(out, field.m_Key, object);
 }
 
 /// Gives the member to the row of its key.
@@ -116,7 +127,7 @@ template <class T, std::size_t n>
 EJobMember ReadMember(CIEJobReading& in, const CIEJsonValue& member, T& object, const TIEJobField<T> (&fields)[n])
 {
     for (const TIEJobField<T>& field : fields) {
-        if (member.GetKey() == field.m_pKey)
+        if (field.m_Key.Is(member.GetKey()))
             return field.m_pRead(in, member, object) ? EJobMember::Done : EJobMember::Failed;
     }
     return EJobMember::Unknown;

@@ -10,16 +10,6 @@
 
 namespace {
 
-class CIETextSink : public IIEJsonSink {
-public:
-    bool Take(std::string_view piece) override
-    {
-        m_strText.append(piece);
-        return true;
-    }
-    CString m_strText;
-};
-
 class CIEFileSink : public IIEJsonSink {
 public:
     explicit CIEFileSink(CIEFileWriter& file) : m_File(file) {}
@@ -81,20 +71,27 @@ bool Replace(const CString& strPath, const CString& strNew)
 
 EIEResult CIEJobFile::FromText(CIEData& job, std::string_view text, TIEJobFileError* pError)
 try {
-    CIEData fresh;
-    TIESettings settings;
-    settings.m_pMessageBox = job.GetSettings().m_pMessageBox;
-    settings.m_hWnd = job.GetSettings().m_hWnd;
-    fresh.SetSettings(std::move(settings));
+    for (const CIEJobReader::EWalks eWalks : {CIEJobReader::One, CIEJobReader::Two}) {
+        CIEData fresh;
+        TIESettings settings;
+        settings.m_pMessageBox = job.GetSettings().m_pMessageBox;
+        settings.m_hWnd = job.GetSettings().m_hWnd;
+        fresh.SetSettings(std::move(settings));
 
-    CIEJobReading in(fresh);
-    if (!CIEJobReader(in, text).Read()) {
+        CIEJobReading in(fresh);
+        CIEJobReader reader(in, text);
+        if (reader.Read(eWalks)) {
+            job.SwapContent(fresh);
+            return IE_OK;
+        }
         if (pError)
             *pError = in.GetError();
-        return CIEData::m_bStopProcess ? IE_STOPPED : IE_BAD_CONTENT;
+        if (CIEData::m_bStopProcess)
+            return IE_STOPPED;
+        if (reader.IsFinal())
+            break;
     }
-    job.SwapContent(fresh);
-    return IE_OK;
+    return IE_BAD_CONTENT;
 } catch (const std::bad_alloc&) {
     return IE_OUT_OF_MEMORY;
 }
@@ -128,7 +125,7 @@ try {
 
 CString CIEJobFile::ToText(const CIEData& job)
 {
-    CIETextSink sink;
+    CIEJsonString sink;
     WriteJobDocument(job, sink, CString());
     return std::move(sink.m_strText);
 }

@@ -79,10 +79,11 @@ constexpr TIEJobField<CIEObject> kObjectFields[] = {
 /// Reads an object's members: the one named after the kind is its name, `readOwn` takes those of the kind, and the rest
 /// are those of every object.
 template <class TReadOwn>
-bool ReadMembers(CIEJobReading& in, const CIEJsonValue& value, const char* pKind, CIEObject& object, TReadOwn readOwn)
+bool ReadMembers(CIEJobReading& in, const CIEJsonValue& value, const CIEJobKey& kind, CIEObject& object,
+                 TReadOwn readOwn)
 {
     for (const CIEJsonValue member : value) {
-        if (member.GetKey() == pKind) {
+        if (kind.Is(member.GetKey())) {
             CString name;
             if (!in.Read(member, name))
                 return false;
@@ -100,10 +101,10 @@ bool ReadMembers(CIEJobReading& in, const CIEJsonValue& value, const char* pKind
 
 /// A row of the table of kinds. The object's name stands under the word.
 struct TKind {
-    const char* m_pWord;
+    CIEJobKey m_Word;
     EIEObjectsType m_eType;
     void (*m_pWriteOwn)(CIEJobWriting& out, const CIEObject& object);
-    std::unique_ptr<CIEObject> (*m_pRead)(CIEJobReading& in, const CIEJsonValue& value, const char* pKind);
+    std::unique_ptr<CIEObject> (*m_pRead)(CIEJobReading& in, const CIEJsonValue& value, const CIEJobKey& kind);
 };
 
 void WritePointOwn(CIEJobWriting& out, const CIEObject& object)
@@ -141,7 +142,7 @@ void WriteGPSPositionOwn(CIEJobWriting& out, const CIEObject& object)
 }
 
 template <class TPoint>
-std::unique_ptr<CIEObject> ReadPoint(CIEJobReading& in, const CIEJsonValue& value, const char* pKind)
+std::unique_ptr<CIEObject> ReadPoint(CIEJobReading& in, const CIEJsonValue& value, const CIEJobKey& kind)
 {
     auto pPoint = std::make_unique<TPoint>();
     CIEStation station;
@@ -159,7 +160,7 @@ std::unique_ptr<CIEObject> ReadPoint(CIEJobReading& in, const CIEJsonValue& valu
         }
         return eMember;
     };
-    if (!ReadMembers(in, value, pKind, *pPoint, readOwn))
+    if (!ReadMembers(in, value, kind, *pPoint, readOwn))
         return nullptr;
     station.SetName(pPoint->GetName());
     pPoint->SetStation(std::move(station));
@@ -219,7 +220,7 @@ bool ReadMeasurement(CIEJobReading& in, const CIEJsonValue& value, CIEOffsetStat
 }
 
 /// The design point may stand behind its measurements.
-std::unique_ptr<CIEObject> ReadSheetPoint(CIEJobReading& in, const CIEJsonValue& value, const char* pKind)
+std::unique_ptr<CIEObject> ReadSheetPoint(CIEJobReading& in, const CIEJsonValue& value, const CIEJobKey& kind)
 {
     auto pSheet = std::make_unique<CIESheetPoint>();
     std::vector<CIEOffsetStation> measurements;
@@ -237,7 +238,7 @@ std::unique_ptr<CIEObject> ReadSheetPoint(CIEJobReading& in, const CIEJsonValue&
         pSheet->SetDesignStation(std::move(design));
         return EJobMember::Done;
     };
-    if (!ReadMembers(in, value, pKind, *pSheet, readOwn))
+    if (!ReadMembers(in, value, kind, *pSheet, readOwn))
         return nullptr;
     for (CIEOffsetStation& measurement : measurements) {
         if (!pSheet->AddOffsetStation(std::move(measurement))) {
@@ -260,7 +261,7 @@ void WriteLineOwn(CIEJobWriting& out, const CIEObject& object)
 }
 
 template <class TLine>
-std::unique_ptr<CIEObject> ReadLine(CIEJobReading& in, const CIEJsonValue& value, const char* pKind)
+std::unique_ptr<CIEObject> ReadLine(CIEJobReading& in, const CIEJsonValue& value, const CIEJobKey& kind)
 {
     auto pLine = std::make_unique<TLine>();
     const auto readStation = [&](const CIEJsonValue& element) {
@@ -275,7 +276,7 @@ std::unique_ptr<CIEObject> ReadLine(CIEJobReading& in, const CIEJsonValue& value
             return EJobMember::Unknown;
         return JobFields::ReadList(in, member, readStation) ? EJobMember::Done : EJobMember::Failed;
     };
-    if (!ReadMembers(in, value, pKind, *pLine, readOwn))
+    if (!ReadMembers(in, value, kind, *pLine, readOwn))
         return nullptr;
     return pLine;
 }
@@ -304,7 +305,7 @@ void WriteArcOwn(CIEJobWriting& out, const CIEObject& object)
     JobFields::Write(out, static_cast<const CIEArc&>(object), kArcFields);
 }
 
-std::unique_ptr<CIEObject> ReadArc(CIEJobReading& in, const CIEJsonValue& value, const char* pKind)
+std::unique_ptr<CIEObject> ReadArc(CIEJobReading& in, const CIEJsonValue& value, const CIEJobKey& kind)
 {
     auto pArc = std::make_unique<CIEArc>();
     CIEStation center;
@@ -313,7 +314,7 @@ std::unique_ptr<CIEObject> ReadArc(CIEJobReading& in, const CIEJsonValue& value,
         const EJobMember eMember = JobParts::ReadStationMember(in, member, center);
         return eMember == EJobMember::Unknown ? ReadMember(in, member, *pArc, kArcFields) : eMember;
     };
-    if (!ReadMembers(in, value, pKind, *pArc, readOwn))
+    if (!ReadMembers(in, value, kind, *pArc, readOwn))
         return nullptr;
     center.SetName(pArc->GetName());
     pArc->SetStation(std::move(center));
@@ -334,7 +335,7 @@ void WriteCompositeOwn(CIEJobWriting& out, const CIEObject& object)
     out.m_Text.EndArray();
 }
 
-std::unique_ptr<CIEObject> ReadComposite(CIEJobReading& in, const CIEJsonValue& value, const char* pKind)
+std::unique_ptr<CIEObject> ReadComposite(CIEJobReading& in, const CIEJsonValue& value, const CIEJobKey& kind)
 {
     auto pComposite = std::make_unique<CIECompositeObject>();
     const auto readPart = [&](const CIEJsonValue& element) {
@@ -348,7 +349,7 @@ std::unique_ptr<CIEObject> ReadComposite(CIEJobReading& in, const CIEJsonValue& 
             return EJobMember::Unknown;
         return JobFields::ReadList(in, member, readPart) ? EJobMember::Done : EJobMember::Failed;
     };
-    if (!ReadMembers(in, value, pKind, *pComposite, readOwn))
+    if (!ReadMembers(in, value, kind, *pComposite, readOwn))
         return nullptr;
     return pComposite;
 }
@@ -373,7 +374,7 @@ bool JobParts::WriteObject(CIEJobWriting& out, const CIEObject& object)
     if (pKind == std::end(kKinds))
         return false;
     out.m_Text.BeginObject();
-    out.m_Text.Key(pKind->m_pWord);
+    out.m_Text.Key(static_cast<const char*>(pKind->m_Word));
     out.m_Text.Text(object.GetName());
     pKind->m_pWriteOwn(out, object);
     JobFields::Write(out, object, kObjectFields);
@@ -387,13 +388,13 @@ std::unique_ptr<CIEObject> JobParts::ReadObject(CIEJobReading& in, const CIEJson
         return nullptr;
     for (const CIEJsonValue member : value) {
         for (const TKind& kind : kKinds) {
-            if (member.GetKey() == kind.m_pWord)
-                return kind.m_pRead(in, value, kind.m_pWord);
+            if (kind.m_Word.Is(member.GetKey()))
+                return kind.m_pRead(in, value, kind.m_Word);
         }
     }
     CString strWords;
     for (const TKind& kind : kKinds)
-        strWords.append(strWords.empty() ? "" : ", ").append(kind.m_pWord);
+        strWords.append(strWords.empty() ? "" : ", ").append(static_cast<const char*>(kind.m_Word));
     in.Fail(value, "An object needs its kind and name under one of these keys: " + strWords + ".");
     return nullptr;
 }

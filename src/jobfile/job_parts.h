@@ -18,6 +18,7 @@ inline constexpr const char* kMark = "job";
 inline constexpr const char* kVersionKey = "version";
 inline constexpr int kVersion = 1;
 inline constexpr const char* kCurrentKey = "currentDataset";
+inline constexpr const char* kDatasetsKey = "datasets";
 inline constexpr const char* kHistoryKey = "jobHistory"; // of a dataset
 inline constexpr const char* kHeaderKey = "header";      // likewise
 inline constexpr const char* kDrawKey = "draw";          // of an object, a layer or a code

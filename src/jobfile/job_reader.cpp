@@ -2,42 +2,7 @@
 
 #include "jobfile/job_parts.h"
 
-#include "alidade/vellumlib/utils.h"
-
 #include <algorithm>
-#include <limits>
-
-namespace {
-
-/// More than any part of a document needs.
-constexpr std::size_t kDeepest = 32;
-
-/// "line 3, column 7" of a byte; columns count characters.
-CString PlaceInText(std::string_view text, std::size_t nOffset)
-{
-    const std::string_view before = text.substr(0, std::min(nOffset, text.size()));
-    const auto nLine = std::count(before.begin(), before.end(), '\n') + 1;
-    const std::size_t nLineStart = before.rfind('\n') + 1; // npos + 1 is 0
-    const auto isFirstByte = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; };
-    const auto nColumn =
-        std::count_if(before.begin() + static_cast<std::ptrdiff_t>(nLineStart), before.end(), isFirstByte) + 1;
-    return "line " + std::to_string(nLine) + ", column " + std::to_string(nColumn);
-}
-
-/// What the parser says, without its numbers and the bytes it shows.
-CString ReasonOf(const CString& strMessage)
-{
-    constexpr std::string_view kBefore = " - ";
-    const std::size_t nFrom = strMessage.find(kBefore);
-    if (nFrom == CString::npos)
-        return "The text isn't JSON here.";
-    const CString strDetail =
-        strMessage.substr(nFrom + kBefore.size(), strMessage.find("; last read") - nFrom - kBefore.size());
-    return IEUtils::IsValidUtf8(strDetail) ? "The text isn't JSON here: " + strDetail + "."
-                                           : "The text isn't JSON here.";
-}
-
-} // namespace
 
 /// What a value within the frame is: a level of its own or, with the same level again, a thing that is gathered whole.
 struct CIEJobReader::TRow {
@@ -56,7 +21,7 @@ const CIEJobReader::TRow* CIEJobReader::FindRow() const
         {Document, JobParts::kMarkKey, Document, kAny},
         {Document, JobParts::kVersionKey, Document, kAny},
         {Document, JobParts::kCurrentKey, Document, kAny},
-        {Document, "datasets", DatasetList, CIEJsonTree::Array},
+        {Document, JobParts::kDatasetsKey, DatasetList, CIEJsonTree::Array},
         {DatasetList, nullptr, Dataset, CIEJsonTree::Object},
         {Dataset, "name", Dataset, kAny},
         {Dataset, JobParts::kHistoryKey, Dataset, kAny},
@@ -97,22 +62,95 @@ CString CIEJobReader::FramePlace() const
     return strPlace;
 }
 
-// ---- the two passes
+// ---- the walks
 
-bool CIEJobReader::Read()
+bool CIEJobReader::Read(EWalks eWalks)
 {
-    return RunPass(Sections) && CheckMark() && ReadSections() && RunPass(Datasets) && ReadCurrentDataset();
+    if (eWalks == Two)
+        return RunPass(Sections) && CheckMark() && ReadSections() && RunPass(Datasets) && ReadCurrentDataset();
+    return RunPass(Everything) && (m_bDatasets || (CheckMark() && ReadSections())) && ReadCurrentDataset();
 }
 
 bool CIEJobReader::RunPass(EPass ePass)
 {
     m_ePass = ePass;
     m_Levels.clear();
-    m_nDepth = 0;
-    return nlohmann::json::sax_parse(m_Text.begin(), m_Text.end(), this);
+    CIEJsonScanner scanner(m_Text);
+    for (;;) {
+        bool bTaken = false;
+        switch (scanner.Next()) {
+        case CIEJsonScanner::OpenObject:
+            bTaken = TakeValue(scanner, CIEJsonTree::Object);
+            break;
+        case CIEJsonScanner::OpenArray:
+            bTaken = TakeValue(scanner, CIEJsonTree::Array);
+            break;
+        case CIEJsonScanner::Text:
+            bTaken = TakeValue(scanner, CIEJsonTree::Text);
+            break;
+        case CIEJsonScanner::Number:
+            bTaken = TakeValue(scanner, CIEJsonTree::Number);
+            break;
+        case CIEJsonScanner::Flag:
+            bTaken = TakeValue(scanner, CIEJsonTree::Flag);
+            break;
+        case CIEJsonScanner::Null:
+            bTaken = TakeValue(scanner, CIEJsonTree::Null);
+            break;
+        case CIEJsonScanner::CloseObject:
+        case CIEJsonScanner::CloseArray:
+            bTaken = EndContainer();
+            break;
+        case CIEJsonScanner::Key:
+            bTaken = TakeKey(scanner);
+            break;
+        case CIEJsonScanner::End:
+            return true;
+        case CIEJsonScanner::Broken:
+            return FailBroken(scanner);
+        }
+        if (!bTaken)
+            return false;
+    }
+}
+
+bool CIEJobReader::FailBroken(const CIEJsonScanner& scanner)
+{
+    if (scanner.IsTooDeep())
+        return m_In.FailAt(FramePlace() + (m_bGathering ? m_Tree.GetOpenPlace() : CString()), scanner.GetReason());
+    m_bFinal = true;
+    return m_In.FailAt(scanner.GetPlace(), scanner.GetReason());
 }
 
 // ---- values as they come
+
+bool CIEJobReader::TakeValue(const CIEJsonScanner& scanner, CIEJsonTree::EType eType)
+{
+    bool bTaken = false;
+    if (!BeginValue(eType, bTaken))
+        return false;
+    if (!bTaken)
+        return true;
+    switch (eType) {
+    case CIEJsonTree::Object:
+    case CIEJsonTree::Array:
+        m_Tree.Open(eType);
+        return true;
+    case CIEJsonTree::Text:
+        m_Tree.AddText(scanner);
+        break;
+    case CIEJsonTree::Number:
+        m_Tree.AddNumber(scanner);
+        break;
+    case CIEJsonTree::Flag:
+        m_Tree.AddFlag(scanner.GetFlag());
+        break;
+    case CIEJsonTree::Null:
+        m_Tree.AddNull();
+        break;
+    }
+    return !m_Tree.IsComplete() || Deliver();
+}
 
 /// Finds out what the value that begins here is. `bTaken` is false if it is a level of the frame or is left out in this
 /// pass.
@@ -121,9 +159,6 @@ bool CIEJobReader::BeginValue(CIEJsonTree::EType eType, bool& bTaken)
     if (CIEData::m_bStopProcess)
         return m_In.FailAt(FramePlace(), "Reading was stopped here.");
     const bool bContainer = eType == CIEJsonTree::Array || eType == CIEJsonTree::Object;
-    if (bContainer && ++m_nDepth > kDeepest)
-        return m_In.FailAt(FramePlace() + (m_bGathering ? m_Tree.GetOpenPlace() : CString()),
-                           "Values are nested too deep here.");
     bTaken = m_bGathering;
     if (m_bGathering)
         return true;
@@ -140,8 +175,7 @@ bool CIEJobReader::BeginValue(CIEJsonTree::EType eType, bool& bTaken)
 
     TLevel& level = m_Levels.back();
     const TRow& row = *FindRow(); // keys were checked as they came, and every list has elements
-    const bool bSections = level.m_eLevel == Document && row.IsThing();
-    if (level.m_eLevel == Document && bSections != (m_ePass == Sections)) {
+    if (level.m_eLevel == Document && m_ePass != Everything && row.IsThing() != (m_ePass == Sections)) {
         m_nSkipped = bContainer ? 1 : 0;
         return true;
     }
@@ -188,21 +222,8 @@ bool CIEJobReader::LeaveLevel()
     return true;
 }
 
-template <class TAdd>
-bool CIEJobReader::Scalar(CIEJsonTree::EType eType, TAdd add)
-{
-    bool bTaken = false;
-    if (!BeginValue(eType, bTaken))
-        return false;
-    if (!bTaken)
-        return true;
-    add();
-    return !m_Tree.IsComplete() || Deliver();
-}
-
 bool CIEJobReader::EndContainer()
 {
-    --m_nDepth;
     if (m_bGathering) {
         std::string_view twice;
         if (!m_Tree.Close(twice)) {
@@ -219,101 +240,28 @@ bool CIEJobReader::EndContainer()
     return LeaveLevel();
 }
 
-// ---- events
-
-bool CIEJobReader::null()
-{
-    return Scalar(CIEJsonTree::Null, [&] { m_Tree.AddNull(); });
-}
-
-bool CIEJobReader::boolean(bool bValue)
-{
-    return Scalar(CIEJsonTree::Flag, [&] { m_Tree.AddFlag(bValue); });
-}
-
-bool CIEJobReader::number_integer(std::int64_t nValue)
-{
-    return Scalar(CIEJsonTree::Number, [&] { m_Tree.AddWhole(nValue); });
-}
-
-bool CIEJobReader::number_unsigned(std::uint64_t nValue)
-{
-    if (nValue <= static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()))
-        return number_integer(static_cast<std::int64_t>(nValue));
-    return number_float(static_cast<double>(nValue), std::string());
-}
-
-bool CIEJobReader::number_float(double dValue, const std::string& /*digits*/)
-{
-    return Scalar(CIEJsonTree::Number, [&] { m_Tree.AddNumber(dValue); });
-}
-
-bool CIEJobReader::string(std::string& text)
-{
-    return Scalar(CIEJsonTree::Text, [&] { m_Tree.AddText(text); });
-}
-
-bool CIEJobReader::binary(std::vector<std::uint8_t>& /*bytes*/)
-{
-    return false; // JSON text has none
-}
-
-bool CIEJobReader::start_object(std::size_t /*nElements*/)
-{
-    bool bTaken = false;
-    if (!BeginValue(CIEJsonTree::Object, bTaken))
-        return false;
-    if (bTaken)
-        m_Tree.Open(CIEJsonTree::Object);
-    return true;
-}
-
-bool CIEJobReader::start_array(std::size_t /*nElements*/)
-{
-    bool bTaken = false;
-    if (!BeginValue(CIEJsonTree::Array, bTaken))
-        return false;
-    if (bTaken)
-        m_Tree.Open(CIEJsonTree::Array);
-    return true;
-}
-
-bool CIEJobReader::key(std::string& text)
+bool CIEJobReader::TakeKey(const CIEJsonScanner& scanner)
 {
     if (m_bGathering) {
-        m_Tree.AddKey(text);
+        m_Tree.AddKey(scanner);
         return true;
     }
     if (m_nSkipped > 0)
         return true;
     TLevel& level = m_Levels.back();
-    level.m_strKey = text;
+    level.m_strKey = scanner.GetText();
     CString strPlace = FramePlace();
-    AppendJsonStep(strPlace, text);
+    AppendJsonStep(strPlace, level.m_strKey);
     if (!FindRow())
         return m_In.FailAt(strPlace, "There is no such key here.");
-    if (std::find(level.m_Seen.begin(), level.m_Seen.end(), text) != level.m_Seen.end())
+    if (std::find(level.m_Seen.begin(), level.m_Seen.end(), level.m_strKey) != level.m_Seen.end())
         return m_In.FailAt(strPlace, "This key stands here twice.");
-    level.m_Seen.push_back(text);
-    return true;
-}
-
-bool CIEJobReader::end_object()
-{
-    return EndContainer();
-}
-
-bool CIEJobReader::end_array()
-{
-    return EndContainer();
-}
-
-bool CIEJobReader::parse_error(std::size_t nPosition, const std::string& /*token*/,
-                               const nlohmann::json::exception& error)
-{
-    constexpr int kNumberTooLarge = 406;
-    const CString strPlace = PlaceInText(m_Text, nPosition > 0 ? nPosition - 1 : 0);
-    if (error.id == kNumberTooLarge)
-        return m_In.FailAt(strPlace, "This number is too large.");
-    return m_In.FailAt(strPlace, ReasonOf(error.what()));
+    level.m_Seen.push_back(level.m_strKey);
+    if (level.m_eLevel != Document || m_ePass != Everything)
+        return true;
+    if (m_bDatasets)
+        return level.m_strKey == JobParts::kCurrentKey ||
+               m_In.FailAt(strPlace, "This must be read ahead of the datasets.");
+    m_bDatasets = level.m_strKey == JobParts::kDatasetsKey;
+    return !m_bDatasets || (CheckMark() && ReadSections());
 }

@@ -2,42 +2,29 @@
 #pragma once
 
 #include "jobfile/job_context.h"
-
-#include <nlohmann/json.hpp>
+#include "jobfile/json_scanner.h"
 
 #include <map>
 
-/// Takes the events of the JSON parser. The frame of the document (the whole, the datasets, their lists) is followed
-/// level by level; each thing within it (a section, an object, an alignment, a position of a surface) gathers in a
-/// tree, goes into the job and is dropped, so that the memory needed beyond the job is that of its largest thing.
-/// Objects name codes, layers and road templates, which may stand behind them. So the text is gone through twice: first
-/// for the document's sections, then for its datasets.
+/// The frame of the document (the whole, the datasets, their lists) is followed level by level; each thing within it (a
+/// section, an object, an alignment, a position of a surface) gathers in a tree, goes into the job and is dropped, so
+/// that the memory needed beyond the job and the text is that of the largest thing. Objects name codes, layers and road
+/// templates. Where the sections stand ahead of the datasets, as we write them, one walk through the text will do; else
+/// the first walk takes the sections and the second the datasets.
 class CIEJobReader {
 public:
-    enum EPass { Sections, Datasets };
+    enum EWalks { One, Two };
 
-    /// `in` outlives the reader.
+    /// `in` and the text outlive the reader.
     CIEJobReader(CIEJobReading& in, std::string_view text) : m_In(in), m_Text(text) {}
 
-    /// Both passes. False with the error in `in`.
-    bool Read();
-
-    // events of the parser; false ends it
-    bool null();
-    bool boolean(bool bValue);
-    bool number_integer(std::int64_t nValue);
-    bool number_unsigned(std::uint64_t nValue);
-    bool number_float(double dValue, const std::string& digits);
-    bool string(std::string& text);
-    bool binary(std::vector<std::uint8_t>& bytes);
-    bool start_object(std::size_t nElements);
-    bool key(std::string& text);
-    bool end_object();
-    bool start_array(std::size_t nElements);
-    bool end_array();
-    bool parse_error(std::size_t nPosition, const std::string& token, const nlohmann::json::exception& error);
+    /// False with the error in `in`. That of one walk counts only where IsFinal: two find the faults of the sections,
+    /// and those of the text itself, ahead of all others.
+    bool Read(EWalks eWalks);
+    [[nodiscard]] bool IsFinal() const { return m_bFinal; }
 
 private:
+    enum EPass { Everything, Sections, Datasets };
     /// Levels of the frame.
     enum ELevel {
         Document,
@@ -70,10 +57,11 @@ private:
     bool ReadSections();
     bool ReadCurrentDataset();
 
+    bool TakeValue(const CIEJsonScanner& scanner, CIEJsonTree::EType eType);
+    bool TakeKey(const CIEJsonScanner& scanner);
     bool BeginValue(CIEJsonTree::EType eType, bool& bTaken);
     bool EndContainer();
-    template <class TAdd>
-    bool Scalar(CIEJsonTree::EType eType, TAdd add);
+    bool FailBroken(const CIEJsonScanner& scanner);
     bool EnterLevel(const TRow& row, CIEJsonTree::EType eType);
     bool LeaveLevel();
     bool Deliver();
@@ -86,10 +74,11 @@ private:
 
     CIEJobReading& m_In;
     std::string_view m_Text;
-    EPass m_ePass = Sections;
+    EPass m_ePass = Everything;
+    bool m_bFinal = false;
+    bool m_bDatasets = false; // they have begun
     std::vector<TLevel> m_Levels;
     CIEJsonTree m_Tree;
-    std::size_t m_nDepth = 0;
     std::size_t m_nSkipped = 0; // arrays and objects that are open in a part which this pass leaves out
     bool m_bGathering = false;
     std::map<CString, CIEJsonTree, std::less<>> m_Sections;

@@ -45,7 +45,7 @@ bool CIEJobWriter::Write()
         text.Whole(m_Job.GetCurDatasetID());
     }
     if (m_Job.GetNumberOfDatasets() > 0) {
-        text.Key("datasets");
+        text.Key(JobParts::kDatasetsKey);
         text.BeginArray(CIEJsonText::Lines);
         for (int i = 0; i < m_Job.GetNumberOfDatasets(); ++i)
             WriteDataset(*m_Job.GetDatasetAt(i));

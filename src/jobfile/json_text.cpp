@@ -1,11 +1,13 @@
 #include "jobfile/json_text.h"
 
+#include "jobfile/json_scanner.h"
+
 #include "alidade/vellumlib/utils.h"
 
-#include <nlohmann/json.hpp>
-
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <fmt/format.h>
 #include <utility>
 
 namespace {
@@ -15,6 +17,30 @@ constexpr std::size_t kPiece = std::size_t{64} << 10;
 /// Numbers within these are written without an exponent.
 constexpr double kSmallestPlain = 1e-9;
 constexpr double kLargestPlain = 1e15;
+
+bool IsPlain(char c)
+{
+    return c >= ' ' && c <= '~' && c != '"' && c != '\\';
+}
+
+void AppendEscaped(CString& out, std::string_view text)
+{
+    constexpr std::string_view kSigns = "\"\\bfnrt";
+    constexpr std::string_view kMeanings = "\"\\\b\f\n\r\t";
+    while (!text.empty()) {
+        const std::size_t nLength = GetCharacterLength(text);
+        const std::size_t nSign = kMeanings.find(text[0]);
+        if (nLength == 0)
+            IEUtils::AppendCharacter(out, 0xFFFD);
+        else if (nSign != std::string_view::npos)
+            out.append(1, '\\').append(1, kSigns[nSign]);
+        else if (static_cast<unsigned char>(text[0]) < ' ')
+            out.append(fmt::format("\\u{:04x}", static_cast<unsigned>(text[0])));
+        else
+            out.append(text.substr(0, nLength));
+        text.remove_prefix(std::max<std::size_t>(nLength, 1));
+    }
+}
 
 } // namespace
 
@@ -92,10 +118,13 @@ void CIEJsonText::Number(double dValue)
 {
     StartValue();
     const double dSize = std::fabs(dValue);
-    if (dSize != 0.0 && (dSize < kSmallestPlain || dSize >= kLargestPlain) && std::isfinite(dValue))
-        m_strBuffer.append(nlohmann::json(dValue).dump()); // with an exponent
-    else
+    if (dSize == 0.0 || (dSize >= kSmallestPlain && dSize < kLargestPlain) || !std::isfinite(dValue)) {
         IEUtils::AppendDouble(m_strBuffer, dValue, -1);
+        return;
+    }
+    char digits[32];
+    const auto written = std::to_chars(std::begin(digits), std::end(digits), dValue, std::chars_format::scientific);
+    m_strBuffer.append(digits, written.ptr);
 }
 
 void CIEJsonText::Whole(std::int64_t nValue)
@@ -118,13 +147,12 @@ void CIEJsonText::Text(std::string_view text)
 
 void CIEJsonText::AppendQuoted(std::string_view text)
 {
-    const auto isPlain = [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; };
-    if (std::all_of(text.begin(), text.end(), isPlain)) {
-        m_strBuffer.append(1, '"').append(text).append(1, '"');
-        return;
-    }
-    using nlohmann::json;
-    m_strBuffer.append(json(text).dump(-1, ' ', false, json::error_handler_t::replace));
+    m_strBuffer.push_back('"');
+    if (std::all_of(text.begin(), text.end(), [](char c) { return IsPlain(c); }))
+        m_strBuffer.append(text);
+    else
+        AppendEscaped(m_strBuffer, text);
+    m_strBuffer.push_back('"');
 }
 
 bool CIEJsonText::Finish()

@@ -13,6 +13,17 @@ public:
     virtual bool Take(std::string_view piece) = 0;
 };
 
+/// Keeps the text.
+class CIEJsonString : public IIEJsonSink {
+public:
+    bool Take(std::string_view piece) override
+    {
+        m_strText.append(piece);
+        return true;
+    }
+    CString m_strText;
+};
+
 /// Writes JSON in order, with commas and indents of its own. The big frame stands one member a line, everything within
 /// a compact value on one line. The sink outlives it.
 class CIEJsonText {

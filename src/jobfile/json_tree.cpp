@@ -1,6 +1,11 @@
 #include "jobfile/json_tree.h"
 
+#include "jobfile/json_scanner.h"
+
 #include <algorithm>
+#include <charconv>
+#include <limits>
+#include <new>
 
 namespace {
 
@@ -26,10 +31,9 @@ void CIEJsonTree::Clear()
 {
     m_Nodes.clear();
     m_Open.clear();
-    m_strTexts.clear();
+    m_Decoded.clear();
     m_strRootKey.clear();
     m_nRootIndex = 0;
-    m_nKeyLength = 0;
 }
 
 void CIEJsonTree::SetRootKey(std::string_view key)
@@ -37,51 +41,47 @@ void CIEJsonTree::SetRootKey(std::string_view key)
     m_strRootKey = key;
 }
 
-void CIEJsonTree::AddKey(std::string_view key)
+/// A text that lives as long as the tree's content.
+std::string_view CIEJsonTree::Keep(const CIEJsonScanner& scanner)
 {
-    m_nKey = m_strTexts.size();
-    m_nKeyLength = key.size();
-    m_strTexts.append(key);
+    return scanner.IsInPlace() ? scanner.GetText() : m_Decoded.emplace_front(scanner.GetText());
 }
 
-std::size_t CIEJsonTree::Add(EType eType)
+CIEJsonTree::TNode& CIEJsonTree::Add(EType eType)
 {
-    const std::size_t i = m_Nodes.size();
+    if (m_Nodes.size() == std::numeric_limits<std::uint32_t>::max())
+        throw std::bad_alloc();
     TNode& node = m_Nodes.emplace_back();
     node.m_eType = eType;
-    node.m_nEnd = i + 1;
+    node.m_nEnd = static_cast<std::uint32_t>(m_Nodes.size());
     if (!m_Open.empty()) {
         TNode& parent = m_Nodes[m_Open.back()];
         node.m_nParent = m_Open.back();
         node.m_nIndex = parent.m_nCount++;
-        if (parent.m_eType == Object) {
-            node.m_nKey = m_nKey;
-            node.m_nKeyLength = m_nKeyLength;
-        }
+        if (parent.m_eType == Object)
+            node.m_Key = m_Key;
     }
-    return i;
+    return node;
 }
 
-void CIEJsonTree::AddWhole(std::int64_t nValue)
+void CIEJsonTree::AddNumber(const CIEJsonScanner& scanner)
 {
-    TNode& node = m_Nodes[Add(Number)];
-    node.m_bWhole = true;
-    node.m_nWhole = nValue;
-    node.m_dNumber = static_cast<double>(nValue);
+    TNode& node = Add(Number);
+    node.m_dNumber = scanner.GetNumber();
+    node.m_bFlag = scanner.IsWhole();
+    node.m_Text = scanner.GetText();
 }
 
-void CIEJsonTree::AddText(std::string_view text)
+void CIEJsonTree::Open(EType eType)
 {
-    TNode& node = m_Nodes[Add(Text)];
-    node.m_nText = m_strTexts.size();
-    node.m_nTextLength = text.size();
-    m_strTexts.append(text);
+    Add(eType);
+    m_Open.push_back(static_cast<std::uint32_t>(m_Nodes.size() - 1));
 }
 
 bool CIEJsonTree::Close(std::string_view& twice)
 {
     const std::size_t i = m_Open.back();
-    m_Nodes[i].m_nEnd = m_Nodes.size();
+    m_Nodes[i].m_nEnd = static_cast<std::uint32_t>(m_Nodes.size());
     if (m_Nodes[i].m_eType == Object) {
         m_Keys.clear();
         for (const CIEJsonValue member : CIEJsonValue(*this, i))
@@ -108,11 +108,6 @@ CString CIEJsonTree::GetOpenPlace() const
     return m_Open.empty() ? CString() : PlaceOf(m_Open.back());
 }
 
-std::string_view CIEJsonTree::KeyOf(const TNode& node) const
-{
-    return std::string_view(m_strTexts).substr(node.m_nKey, node.m_nKeyLength);
-}
-
 CString CIEJsonTree::PlaceOf(std::size_t i) const
 {
     std::vector<std::size_t> way;
@@ -123,20 +118,17 @@ CString CIEJsonTree::PlaceOf(std::size_t i) const
     for (auto it = way.rbegin(); it != way.rend(); ++it) {
         const TNode& node = m_Nodes[*it];
         const bool bMember = m_Nodes[node.m_nParent].m_eType == Object;
-        AppendJsonStep(strPlace, bMember ? CString(KeyOf(node)) : std::to_string(node.m_nIndex));
+        AppendJsonStep(strPlace, bMember ? CString(node.m_Key) : std::to_string(node.m_nIndex));
     }
     return strPlace;
 }
 
 bool CIEJsonValue::GetWhole(std::int64_t& nValue) const
 {
-    nValue = Node().m_nWhole;
-    return Node().m_bWhole;
-}
-
-std::string_view CIEJsonValue::GetText() const
-{
-    return std::string_view(m_pTree->m_strTexts).substr(Node().m_nText, Node().m_nTextLength);
+    const CIEJsonTree::TNode& node = Node();
+    nValue = 0;
+    return node.m_eType == CIEJsonTree::Number && node.m_bFlag &&
+           std::from_chars(node.m_Text.data(), node.m_Text.data() + node.m_Text.size(), nValue).ec == std::errc();
 }
 
 CIEJsonValue::CIterator& CIEJsonValue::CIterator::operator++()

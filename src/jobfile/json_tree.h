@@ -4,10 +4,14 @@
 #include "alidade/vellumlib/types.h"
 
 #include <cstdint>
+#include <forward_list>
 #include <string_view>
 
-/// The value, its members and elements in a row of nodes, and their texts in one string, so that a tree which is filled
-/// again and again needs no memory after the first times. An object's members keep the document's order.
+class CIEJsonScanner;
+
+/// The value, its members and elements in a row of nodes that look into the document's text, so that a tree which is
+/// filled again and again needs no memory after the first times. An object's members keep the document's order. The
+/// document's text outlives the tree.
 class CIEJsonTree {
 public:
     enum EType : std::uint8_t { Null, Flag, Number, Text, Array, Object };
@@ -17,15 +21,13 @@ public:
     void SetRootKey(std::string_view key);
     void SetRootIndex(std::size_t nIndex) { m_nRootIndex = nIndex; }
 
-    /// Name of the next value within an object.
-    void AddKey(std::string_view key);
+    /// Takes the scanner's key as the name of the next value within an object.
+    void AddKey(const CIEJsonScanner& scanner) { m_Key = Keep(scanner); }
     void AddNull() { Add(Null); }
-    void AddFlag(bool bValue) { m_Nodes[Add(Flag)].m_bFlag = bValue; }
-    void AddNumber(double dValue) { m_Nodes[Add(Number)].m_dNumber = dValue; }
-    /// A number that is whole in the document.
-    void AddWhole(std::int64_t nValue);
-    void AddText(std::string_view text);
-    void Open(EType eType) { m_Open.push_back(Add(eType)); }
+    void AddFlag(bool bValue) { Add(Flag).m_bFlag = bValue; }
+    void AddNumber(const CIEJsonScanner& scanner);
+    void AddText(const CIEJsonScanner& scanner) { Add(Text).m_Text = Keep(scanner); }
+    void Open(EType eType);
     /// Ends the array or object opened last. False, with the key in `twice`, if an object has a key twice.
     bool Close(std::string_view& twice);
     /// False while an array or object is open.
@@ -36,31 +38,26 @@ public:
 private:
     friend class CIEJsonValue;
     struct TNode {
-        EType m_eType = Null;
-        bool m_bFlag = false;
-        bool m_bWhole = false;
+        std::string_view m_Key;
+        std::string_view m_Text; ///< of a number its digits
         double m_dNumber = 0.0;
-        std::int64_t m_nWhole = 0;
-        std::size_t m_nText = 0; ///< offset in m_strTexts; the text follows the key there
-        std::size_t m_nTextLength = 0;
-        std::size_t m_nKey = 0;
-        std::size_t m_nKeyLength = 0;
-        std::size_t m_nParent = 0;
-        std::size_t m_nIndex = 0; ///< among the elements of the parent
-        std::size_t m_nCount = 0; ///< members or elements
-        std::size_t m_nEnd = 0;   ///< the node behind everything within this one
+        std::uint32_t m_nParent = 0;
+        std::uint32_t m_nIndex = 0; ///< among the elements of the parent
+        std::uint32_t m_nCount = 0; ///< members or elements
+        std::uint32_t m_nEnd = 0;   ///< the node behind everything within this one
+        EType m_eType = Null;
+        bool m_bFlag = false; ///< a flag's value; of a number, that it is whole
     };
-    std::size_t Add(EType eType);
-    [[nodiscard]] std::string_view KeyOf(const TNode& node) const;
+    TNode& Add(EType eType);
+    std::string_view Keep(const CIEJsonScanner& scanner);
     [[nodiscard]] CString PlaceOf(std::size_t i) const;
 
     std::vector<TNode> m_Nodes;
-    std::vector<std::size_t> m_Open;
-    CString m_strTexts;
+    std::vector<std::uint32_t> m_Open;
+    std::forward_list<CString> m_Decoded; // texts that the document has with escapes
     CString m_strRootKey;
     std::size_t m_nRootIndex = 0;
-    std::size_t m_nKey = 0; // of the pending key
-    std::size_t m_nKeyLength = 0;
+    std::string_view m_Key;               // of the next member
     std::vector<std::string_view> m_Keys; // work space
 };
 
@@ -73,12 +70,13 @@ public:
 
     [[nodiscard]] CIEJsonTree::EType GetType() const { return Node().m_eType; }
     [[nodiscard]] bool Is(CIEJsonTree::EType eType) const { return GetType() == eType; }
-    [[nodiscard]] std::string_view GetKey() const { return m_pTree->KeyOf(Node()); }
+    [[nodiscard]] std::string_view GetKey() const { return Node().m_Key; }
     [[nodiscard]] bool GetFlag() const { return Node().m_bFlag; }
     [[nodiscard]] double GetNumber() const { return Node().m_dNumber; }
     /// False if the number isn't whole in the document or passes 64 bits.
     bool GetWhole(std::int64_t& nValue) const;
-    [[nodiscard]] std::string_view GetText() const;
+    /// Of a text.
+    [[nodiscard]] std::string_view GetText() const { return Node().m_Text; }
     /// Number of members or elements.
     [[nodiscard]] std::size_t GetSize() const { return Node().m_nCount; }
     /// JSON pointer from the document part that the tree was cut from, as /12/north.

@@ -1,7 +1,7 @@
 // The format table as documents.
 #include "alidade/transfer/format_table.h"
 
-#include <nlohmann/json.hpp>
+#include "jobfile/json_text.h"
 
 #include <algorithm>
 #include <utility>
@@ -131,17 +131,35 @@ std::string CIEFormatTable::ToMarkdown()
 
 std::string CIEFormatTable::ToJson()
 {
-    nlohmann::ordered_json rows = nlohmann::ordered_json::array();
-    for (const TIEFormatRow& row : GetRows())
-        rows.push_back({
-            {"code", row.m_nCode},
-            {"direction", row.m_eDirection == EIEDirection::Import ? "import" : "export"},
-            {"key", row.m_pKey},
-            {"title", row.m_pTitle},
-            {"extensions", GetExtensions(row)},
-            {"built", row.IsBuilt()},
-            {"carries", GetCarriedWords(row.m_nCarries)},
-            {"remark", row.m_pRemark},
-        });
-    return rows.dump(2) + "\n";
+    CIEJsonString sink;
+    CIEJsonText text(sink);
+    const auto writeText = [&text](const char* pKey, const char* pText) {
+        text.Key(pKey);
+        text.Text(pText);
+    };
+    const auto writeList = [&text](const char* pKey, const auto& list) {
+        text.Key(pKey);
+        text.BeginArray(CIEJsonText::Lines);
+        for (const std::string_view entry : list)
+            text.Text(entry);
+        text.EndArray();
+    };
+    text.BeginArray(CIEJsonText::Lines);
+    for (const TIEFormatRow& row : GetRows()) {
+        text.BeginObject(CIEJsonText::Lines);
+        text.Key("code");
+        text.Whole(row.m_nCode);
+        writeText("direction", row.m_eDirection == EIEDirection::Import ? "import" : "export");
+        writeText("key", row.m_pKey);
+        writeText("title", row.m_pTitle);
+        writeList("extensions", GetExtensions(row));
+        text.Key("built");
+        text.Flag(row.IsBuilt());
+        writeList("carries", GetCarriedWords(row.m_nCarries));
+        writeText("remark", row.m_pRemark);
+        text.EndObject();
+    }
+    text.EndArray();
+    text.Finish();
+    return std::move(sink.m_strText);
 }
