@@ -107,6 +107,4 @@ void BytesOf(benchmark::internal::Benchmark* pBenchmark)
 BENCHMARK(Read)->Apply(SizesOf);
 BENCHMARK(Write)->Apply(SizesOf);
 BENCHMARK_CAPTURE(Refuse, line_feeds, "\n")->Apply(BytesOf);
-BENCHMARK_CAPTURE(Refuse, brackets, "[")->Apply(BytesOf);
 BENCHMARK_CAPTURE(Refuse, digits, "1")->Apply(BytesOf);
-BENCHMARK_CAPTURE(Refuse, keys, R"(,"x":"\n")")->Apply(BytesOf);

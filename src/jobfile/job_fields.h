@@ -12,7 +12,7 @@ class CIEJobKey {
 public:
     constexpr CIEJobKey(const char* pKey) : m_Key(pKey) {} // NOLINT(google-explicit-constructor): tables hold the texts
     constexpr operator const char*() const { return m_Key.data(); } // NOLINT(google-explicit-constructor)
-    [[nodiscard]] constexpr bool Is(std::string_view key) const { return key == m_Key; }
+    [[nodiscard]] constexpr bool Is(std::string_view key) const { return IsSameKey(key, m_Key); }
 
 private:
     std::string_view m_Key;

@@ -271,7 +271,8 @@ bool CIEJsonScanner::SkipCharacter()
     }
     const std::size_t nLength = GetCharacterLength({m_p, static_cast<std::size_t>(m_pEnd - m_p)});
     if (nLength == 0) {
-        Fail(m_p, "This isn't UTF-8.");
+        const bool bLeads = static_cast<unsigned char>(*m_p) >= 0xC2 && static_cast<unsigned char>(*m_p) <= 0xF4;
+        Fail(m_p + (bLeads ? 1 : 0), "This isn't UTF-8."); // where the character isn't gone on with
         return false;
     }
     m_p += nLength;

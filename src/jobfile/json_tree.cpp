@@ -89,7 +89,7 @@ bool CIEJsonTree::Close(std::string_view& twice)
         auto found = m_Keys.end();
         if (m_Keys.size() <= kFewKeys) {
             for (auto it = m_Keys.begin(); it != m_Keys.end() && found == m_Keys.end(); ++it)
-                found = std::find(it + 1, m_Keys.end(), *it);
+                found = std::find_if(it + 1, m_Keys.end(), [it](std::string_view key) { return IsSameKey(key, *it); });
         } else {
             std::sort(m_Keys.begin(), m_Keys.end());
             found = std::adjacent_find(m_Keys.begin(), m_Keys.end());

@@ -106,5 +106,11 @@ private:
     std::size_t m_i;
 };
 
+/// Compares keys, which mostly differ at the first glance.
+constexpr bool IsSameKey(std::string_view left, std::string_view right)
+{
+    return left.size() == right.size() && (left.empty() || left[0] == right[0]) && left == right;
+}
+
 /// Appends a step to a JSON pointer: "/" and the key, with ~ and / within it as ~0 and ~1.
 void AppendJsonStep(CString& strPlace, std::string_view key);

@@ -240,14 +240,14 @@ TEST(JobRefusals, TextThatIsntJsonIsPlacedByLine)
         {Objects(R"({"point":"1","north":1e999})"), "line 1, column 127"},
         {Objects(R"({"point":"1","north":-1e999})"), "line 1, column 128"},
         {Objects(R"({"point":"1","north":)" + CString(500, '9') + "}"), "line 1, column 622"},
-        {Marked("\"info\":{\"datum\":\"\\ud83d\\u0041\"}"), "line 1, column 44"},
+        {Marked("\"info\":{\"datum\":\"\\ud83d\\u0041\"}"), "line 1, column 46"},
         {"{\"a\",1}", "line 1, column 5"},
         {"{\"a\" true}", "line 1, column 9"},
-        {"[1,]", "line 1, column 4"},
-        {"[1 \"b\"]", "line 1, column 6"},
-        {"[truth]", "line 1, column 5"},
-        {Marked(R"("version":1)") + CString(1, '\0'), "line 1, column 31"},
-        {"[\"a\x80\"]", "line 1, column 4"},
+        {Marked("\"codes\":[1,]"), "line 1, column 29"},
+        {Marked("\"codes\":[1 \"b\"]"), "line 1, column 31"},
+        {Marked("\"codes\":[truth]"), "line 1, column 30"},
+        {Marked(R"("version":1)") + CString(1, '\0'), "line 1, column 30"},
+        {Marked("\"codes\":[\"a\x80\"]"), "line 1, column 29"},
     };
     for (const TCase& row : cases)
         EXPECT_EQ(Refusal(row.m_strText).m_strPlace, row.m_strPlace) << row.m_strText;
