@@ -57,10 +57,20 @@ out, and so is what can't be seen at that size; the last line of the picture tel
 
 )";
 
+constexpr const char* kDiffFooter = R"(Examples:
+  alidade diff design.txt staked.sim --tolerance 0.02
+  alidade diff old.txt new.txt --a-units us-feet --json
+
+Points, lines and all else belong together by name, and by kind and place where a name is missing, repeated or another.
+Status 0 says that nothing differs, 6 that something does.
+
+)";
+
 constexpr const char* kMainFooter = R"(Start with:
   alidade info survey.txt                 what is in a file?
   alidade plot survey.txt -o survey.svg   how does it look?
   alidade convert survey.txt survey.sim   one form into another
+  alidade diff survey.txt survey.sim      what differs between two files?
   alidade formats                         which forms are there?
   alidade convert --help                  all that can be told of a conversion
 
@@ -114,36 +124,39 @@ void AddEncoding(CLI::App& command, const std::string& name, std::optional<std::
 const std::string kUnitWords = "metres, us-feet, feet, us-inches, inches, us-miles, or 1 to 6";
 const std::string kDelimiterWords = "comma, semicolon, tab, blank, pipe, or a sign";
 
-void AddJobOptions(CLI::App& command, TJobOptions& options)
+/// The options of an input. `prefix` stands between the dashes and the name: "a-" for those of one of two files.
+void AddJobOptions(CLI::App& command, TJobOptions& options, const std::string& prefix = {})
 {
-    AddWords(command, "--units", options.m_Units, &ReadUnits, kUnitWords,
+    const std::string dashes = "--" + prefix;
+    AddWords(command, dashes + "units", options.m_Units, &ReadUnits, kUnitWords,
              "Units of lengths in the files: " + kUnitWords);
-    AddWords(command, "--angles", options.m_Angles, &ReadAngles, "radians, grads, mils, degrees, dms, or 0 to 4",
+    AddWords(command, dashes + "angles", options.m_Angles, &ReadAngles, "radians, grads, mils, degrees, dms, or 0 to 4",
              "Units of angles: radians, grads, mils, degrees, dms");
-    AddWords(command, "--coordinates", options.m_Coordinates, &ReadCoordinates, "plane, geographic",
+    AddWords(command, dashes + "coordinates", options.m_Coordinates, &ReadCoordinates, "plane, geographic",
              "plane: north and east; geographic: latitude and longitude");
-    AddWords(command, "--coords-style", options.m_CoordsStyle, &ReadCoordsStyle,
+    AddWords(command, dashes + "coords-style", options.m_CoordsStyle, &ReadCoordsStyle,
              "decimal, packed, dm, dms, digits, plain, or 0 to 5",
              "How latitude and longitude are written: decimal, packed, dm, dms, digits, plain");
-    AddLayout(command, "--layout", options.m_Layout,
+    AddLayout(command, dashes + "layout", options.m_Layout,
               "Fields of delimited text without a header line, as name,east,north,height,codes or PENZD");
-    AddWords(command, "--delimiter", options.m_Delimiter, &ReadDelimiter, kDelimiterWords,
+    AddWords(command, dashes + "delimiter", options.m_Delimiter, &ReadDelimiter, kDelimiterWords,
              "What stands between them: " + kDelimiterWords);
-    command.add_flag("--attribute-types", options.m_bAttributeTypes, "Attribute names in delimited text carry a type");
-    command.add_flag("--quote", options.m_bQuote,
+    command.add_flag(dashes + "attribute-types", options.m_bAttributeTypes,
+                     "Attribute names in delimited text carry a type");
+    command.add_flag(dashes + "quote", options.m_bQuote,
                      "Text values of attributes stand in double quotes; they are taken off again only with "
                      "--attribute-types");
-    AddWords(command, "--types", options.m_Kinds, &ReadKinds,
+    AddWords(command, dashes + "types", options.m_Kinds, &ReadKinds,
              "points, lines, polygons, arcs, surfaces, alignments, templates, raw-data, localization, history",
              "Take these kinds alone, as points,lines: points, lines, polygons, arcs, surfaces, alignments, templates, "
              "raw-data, localization, history");
     command
-        .add_option("--most-copies", options.m_nMostCopies,
+        .add_option(dashes + "most-copies", options.m_nMostCopies,
                     "Objects that the block references of a drawing may make (" +
                         std::to_string(TIESettings().m_nMostBlockCopies) + ")")
         ->check(CLI::NonNegativeNumber)
         ->type_name("N");
-    AddEncoding(command, "--encoding", options.m_Encoding,
+    AddEncoding(command, dashes + "encoding", options.m_Encoding,
                 "Encoding of text files that have no mark and aren't UTF-8 (CP1252)");
 }
 
@@ -285,6 +298,31 @@ CLI::App* AddPlot(CLI::App& app, TPlotArguments& arguments)
     return pCommand;
 }
 
+CLI::App* AddDiff(CLI::App& app, TDiffArguments& arguments)
+{
+    CLI::App* const pCommand = app.add_subcommand("diff", "Tell what differs between two files, of whatever forms");
+    pCommand->add_option("A", arguments.m_First.m_strFile, "The one file")->required()->type_name("");
+    pCommand->add_option("B", arguments.m_Second.m_strFile, "The other")->required()->type_name("");
+    pCommand
+        ->add_option("--tolerance", arguments.m_dTolerance,
+                     "Metres up to which coordinates and lengths are the same (0.0005)")
+        ->check(CLI::NonNegativeNumber)
+        ->type_name("M");
+    pCommand->add_flag("--json", arguments.m_bJson, "As JSON; coordinates are in metres or decimal degrees then");
+    const std::string form = ": a key or a code of \"alidade formats\", or job";
+    pCommand->add_option("--from", arguments.m_strFrom, "Form of both" + form)->type_name("FORM");
+    AddJobOptions(*pCommand, arguments.m_Job);
+    for (auto [pSide, pPrefix] : {std::pair(&arguments.m_First, "a-"), {&arguments.m_Second, "b-"}}) {
+        pCommand->add_option("--" + std::string(pPrefix) + "from", pSide->m_strFrom, "Form of one alone" + form)
+            ->type_name("FORM");
+        AddJobOptions(*pCommand, pSide->m_Job, pPrefix);
+    }
+    pCommand->add_flag("--progress", arguments.m_bProgress, "Draw a bar, if standard error is a terminal");
+    pCommand->add_flag("-q,--quiet", arguments.m_bQuiet, "Say nothing but differences and failures");
+    pCommand->footer(std::string(kDiffFooter) + kStatuses);
+    return pCommand;
+}
+
 CLI::App* AddFormats(CLI::App& app, TFormatsArguments& arguments)
 {
     CLI::App* const pCommand = app.add_subcommand("formats", "List the forms that can be read and written");
@@ -302,6 +340,7 @@ EExit RunCommandLine(int argc, const char* const* argv)
     CLI::App app{"Alidade carries survey data from one file form into another.", "alidade"};
     TConvertArguments convert;
     TInfoArguments info;
+    TDiffArguments diff;
     TPlotArguments plot;
     TFormatsArguments formats;
     app.set_version_flag("--version", "alidade " ALIDADE_VERSION);
@@ -309,6 +348,7 @@ EExit RunCommandLine(int argc, const char* const* argv)
     app.footer(std::string(kMainFooter) + kStatuses);
     const CLI::App* const pConvert = AddConvert(app, convert);
     const CLI::App* const pInfo = AddInfo(app, info);
+    const CLI::App* const pDiff = AddDiff(app, diff);
     const CLI::App* const pPlot = AddPlot(app, plot);
     AddFormats(app, formats);
 
@@ -326,6 +366,8 @@ EExit RunCommandLine(int argc, const char* const* argv)
         return Convert(convert);
     if (pInfo->parsed())
         return Info(info);
+    if (pDiff->parsed())
+        return Diff(diff);
     if (pPlot->parsed())
         return Plot(plot);
     return Formats(formats);

@@ -47,6 +47,24 @@ struct TPlotArguments {
     bool m_bQuiet = false;
 };
 
+/// What is told of one of two files alone.
+struct TDiffSide {
+    std::string m_strFile;
+    std::string m_strFrom;
+    TJobOptions m_Job;
+};
+
+struct TDiffArguments {
+    TDiffSide m_First;
+    TDiffSide m_Second;
+    std::string m_strFrom;        ///< of both
+    TJobOptions m_Job;            ///< of both, where a side doesn't say otherwise
+    double m_dTolerance = 0.0005; ///< metres
+    bool m_bJson = false;
+    bool m_bProgress = false;
+    bool m_bQuiet = false;
+};
+
 struct TFormatsArguments {
     bool m_bJson = false;
     bool m_bMarkdown = false;

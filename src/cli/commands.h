@@ -7,6 +7,7 @@ namespace Cli {
 
 EExit Convert(const TConvertArguments& arguments);
 EExit Info(const TInfoArguments& arguments);
+EExit Diff(const TDiffArguments& arguments);
 EExit Plot(const TPlotArguments& arguments);
 EExit Formats(const TFormatsArguments& arguments);
 

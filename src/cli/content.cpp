@@ -1,5 +1,7 @@
 #include "cli/content.h"
 
+#include "alidade/vellumlib/kinds.h"
+
 #include <algorithm>
 #include <fmt/format.h>
 
@@ -17,14 +19,9 @@ void Widen(std::optional<TRange>& range, double dValue)
         range = {dValue, dValue};
 }
 
-int& CountOf(TContent& content, EIEObjectsType type)
+int& CountOf(TContent& content, EIEObjectsType eType)
 {
-    switch (type) {
-    case EIEObjectsType::DesignPoint:
-    case EIEObjectsType::PTLPoint:
-    case EIEObjectsType::GPSPosition:
-    case EIEObjectsType::SheetPoint:
-        return content.m_nPoints;
+    switch (GetObjectKind(eType).m_eGroup) {
     case EIEObjectsType::PolyLine:
         return content.m_nLines;
     case EIEObjectsType::Polygon:
@@ -32,9 +29,10 @@ int& CountOf(TContent& content, EIEObjectsType type)
     case EIEObjectsType::Arc:
         return content.m_nArcs;
     case EIEObjectsType::Composite:
-        break;
+        return content.m_nComposites;
+    default:
+        return content.m_nPoints;
     }
-    return content.m_nComposites;
 }
 
 void Append(std::string& text, int nCount, const char* pOne)

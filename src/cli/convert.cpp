@@ -101,7 +101,7 @@ EExit CConversion::Write(std::unique_ptr<CIEData> pJob)
     if (!m_Out.IsJob()) {
         DropBlocks(*pJob, m_Arguments.m_strOut, m_ExportWatch);
         // a drawing of texts alone gives no list; its layers may give one of layers
-        constexpr unsigned kOfTheJob = CARRIES_LAYERS | CARRIES_DICTIONARY | CARRIES_TEMPLATES;
+        constexpr TIECarries kOfTheJob = CARRIES_LAYERS | CARRIES_DICTIONARY | CARRIES_TEMPLATES;
         if (!HasContent(*pJob) && m_ImportWatch.GetLedger().GetCount(TIENote::LeftOut) > 0 &&
             !(m_Out.m_pRow->m_nCarries & kOfTheJob))
             return m_Messages.Fail(EExit::OutputFailed,

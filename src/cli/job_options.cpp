@@ -1,5 +1,6 @@
 #include "cli/job_options.h"
 
+#include "alidade/vellumlib/kinds.h"
 #include "alidade/vellumlib/utils.h"
 
 #include <algorithm>
@@ -92,27 +93,23 @@ std::optional<T> ReadNumber(std::string_view word, T first, T last)
 
 unsigned KindOf(const CIEObject& object)
 {
-    switch (object.GetType()) {
-    case EIEObjectsType::DesignPoint:
-    case EIEObjectsType::PTLPoint:
-    case EIEObjectsType::GPSPosition:
-    case EIEObjectsType::SheetPoint:
-        return KIND_POINTS;
+    switch (GetObjectKind(object.GetType()).m_eGroup) {
     case EIEObjectsType::PolyLine:
         return KIND_LINES;
     case EIEObjectsType::Polygon:
         return KIND_POLYGONS;
     case EIEObjectsType::Arc:
         return KIND_ARCS;
-    case EIEObjectsType::Composite:
-        break;
-    }
-    unsigned nKinds = 0;
-    if (const auto* const pComposite = dynamic_cast<const CIECompositeObject*>(&object)) {
-        for (int i = 0; const CIEObject* const pPart = pComposite->GetPartAt(i); ++i)
+    case EIEObjectsType::Composite: {
+        const auto& composite = static_cast<const CIECompositeObject&>(object);
+        unsigned nKinds = 0;
+        for (int i = 0; const CIEObject* const pPart = composite.GetPartAt(i); ++i)
             nKinds |= KindOf(*pPart);
+        return nKinds;
     }
-    return nKinds;
+    default:
+        return KIND_POINTS;
+    }
 }
 
 void SetFormat(TIESettings& settings, const std::optional<IEAsciiFields::TFields>& layout,
@@ -159,6 +156,27 @@ TUsedCodes FindUsedCodes(const CIEData& job)
 } // namespace
 
 namespace Cli {
+
+TJobOptions Merge(const TJobOptions& own, const TJobOptions& common)
+{
+    TJobOptions all = common;
+    const auto take = [&](auto TJobOptions::*pOption) {
+        if (own.*pOption)
+            all.*pOption = own.*pOption;
+    };
+    take(&TJobOptions::m_Units);
+    take(&TJobOptions::m_Angles);
+    take(&TJobOptions::m_Coordinates);
+    take(&TJobOptions::m_CoordsStyle);
+    take(&TJobOptions::m_Layout);
+    take(&TJobOptions::m_Delimiter);
+    take(&TJobOptions::m_Kinds);
+    take(&TJobOptions::m_nMostCopies);
+    take(&TJobOptions::m_Encoding);
+    take(&TJobOptions::m_bAttributeTypes);
+    take(&TJobOptions::m_bQuote);
+    return all;
+}
 
 void SetUp(CIEData& job, const TJobOptions& options)
 {

@@ -46,6 +46,9 @@ struct TJobOptions {
     bool m_bQuote = false;
 };
 
+/// What `own` tells, and where it tells nothing, what `common` does.
+TJobOptions Merge(const TJobOptions& own, const TJobOptions& common);
+
 /// Sets up a job for an import.
 void SetUp(CIEData& job, const TJobOptions& options);
 /// Sets up what an export writes: the options again, because a file may have brought others along, and those that are

@@ -9,54 +9,8 @@
 
 namespace {
 
-/// The bits each of which lets an object in.
-unsigned KindOf(const CIEObject& object)
-{
-    switch (object.GetType()) {
-    case EIEObjectsType::DesignPoint:
-    case EIEObjectsType::PTLPoint:
-        return CARRIES_POINTS;
-    case EIEObjectsType::GPSPosition:
-        return CARRIES_POINTS | CARRIES_GPS_DATA;
-    case EIEObjectsType::SheetPoint:
-        return CARRIES_SHEET_POINTS;
-    case EIEObjectsType::PolyLine:
-        return CARRIES_LINES;
-    case EIEObjectsType::Polygon:
-        return CARRIES_POLYGONS;
-    case EIEObjectsType::Arc:
-        return CARRIES_ARCS;
-    case EIEObjectsType::Composite:
-        return CARRIES_COMPOSITES;
-    }
-    return CARRIES_NOTHING;
-}
-
-const char* WordFor(const CIEObject& object)
-{
-    switch (object.GetType()) {
-    case EIEObjectsType::PTLPoint:
-        return "point-to-line point";
-    case EIEObjectsType::GPSPosition:
-        return "GPS position";
-    case EIEObjectsType::SheetPoint:
-        return "sheet point";
-    case EIEObjectsType::PolyLine:
-        return "line";
-    case EIEObjectsType::Polygon:
-        return "polygon";
-    case EIEObjectsType::Arc:
-        return "arc";
-    case EIEObjectsType::Composite:
-        return "composite object";
-    case EIEObjectsType::DesignPoint:
-        break;
-    }
-    return "point";
-}
-
 /// Whether the codes say more than names, and a form doesn't hold it.
-bool LosesAttributes(const CIEObject& object, unsigned nCarries)
+bool LosesAttributes(const CIEObject& object, TIECarries nCarries)
 {
     for (int i = 0; const CIECodeValues* const pCode = object.GetCode(i); ++i) {
         if (!(nCarries & CARRIES_ATTRIBUTES) &&
@@ -79,7 +33,7 @@ bool HasLineValues(const CIEObject& object)
 
 /// Something that stations may have, and the note for a form that doesn't hold it.
 struct TStationLoss {
-    unsigned m_nCarries;
+    TIECarries m_nCarries;
     bool (*m_pHas)(const CIEStation& station);
     TIENote::EKind m_eKind;
     EIENote m_eCode;
@@ -164,14 +118,14 @@ void NoteUnusedCodes(const CIEData& job, CNotes& notes)
 
 namespace Losses {
 
-void NoteObject(const CIEData& job, const CString& strFile, const CIEObject& object, unsigned nCarries)
+void NoteObject(const CIEData& job, const CString& strFile, const CIEObject& object, TIECarries nCarries)
 {
     if (!job.GetObserver())
         return;
     CNotes notes(job, strFile);
     const CString& strName = object.GetName();
-    const CString strWord = WordFor(object);
-    if (!(KindOf(object) & nCarries)) {
+    const CString strWord = GetObjectKind(object.GetType()).m_pWord;
+    if (!(GetObjectKind(object.GetType()).m_nCarries & nCarries)) {
         notes.AddLeftOut(EIENote::ObjectKind, strName,
                          CString("the form doesn't hold ") + (strWord[0] == 'a' ? "an " : "a ") + strWord);
         return;
@@ -204,7 +158,7 @@ void NoteObject(const CIEData& job, const CString& strFile, const CIEObject& obj
                          "the form doesn't hold accuracy, time and satellites of this " + strWord);
 }
 
-void NoteDataset(const CIEData& job, const CString& strFile, const CIEDataset& dataset, unsigned nCarries)
+void NoteDataset(const CIEData& job, const CString& strFile, const CIEDataset& dataset, TIECarries nCarries)
 {
     CNotes notes(job, strFile);
     if (!(nCarries & CARRIES_SURFACES)) {
@@ -234,7 +188,7 @@ void NoteUnreached(const CIEData& job, const CString& strFile, const CIEDataset&
         notes.AddLeftOut(kCode, dataset.GetName(), strReason + ", whose job history is left out");
 }
 
-void NoteJob(const CIEData& job, const CString& strFile, unsigned nCarries)
+void NoteJob(const CIEData& job, const CString& strFile, TIECarries nCarries)
 {
     if (!job.GetObserver())
         return;

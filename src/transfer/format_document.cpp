@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr std::pair<unsigned, std::string_view> kWords[] = {
+constexpr std::pair<TIECarries, std::string_view> kWords[] = {
     {CARRIES_POINTS, "points"},
     {CARRIES_LINES, "lines"},
     {CARRIES_POLYGONS, "polygons"},
@@ -97,7 +97,7 @@ std::string MakeTable(EIEDirection eDirection)
 
 } // namespace
 
-std::vector<std::string_view> CIEFormatTable::GetCarriedWords(unsigned nCarries)
+std::vector<std::string_view> CIEFormatTable::GetCarriedWords(TIECarries nCarries)
 {
     std::vector<std::string_view> words;
     for (const auto& [bit, word] : kWords)

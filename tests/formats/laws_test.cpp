@@ -499,7 +499,7 @@ TEST_F(LawsTest, AStoppedImportKeepsWhatItHasRead)
 /// One object that has only what the row below names; the note that an export makes of it if its form doesn't carry
 /// that.
 struct TKind {
-    unsigned m_nCarries;
+    TIECarries m_nCarries;
     const char* m_pNote; ///< code and record
     void (*m_pAdd)(CIEData& job, CIEDataset& dataset);
 };
@@ -550,7 +550,8 @@ TEST_F(LawsTest, EveryExportTellsWhatItsFormDoesNotCarry)
 {
     for (const TIEFormatRow* const pRow : BuiltRows(EIEDirection::Export)) {
         for (const TKind& kind : kKinds) {
-            if (pRow->m_nCarries & kind.m_nCarries & ~(kind.m_nCarries & CARRIES_ATTRIBUTES ? CARRIES_CODES : 0U))
+            if (pRow->m_nCarries & kind.m_nCarries &
+                ~(kind.m_nCarries & CARRIES_ATTRIBUTES ? CARRIES_CODES : CARRIES_NOTHING))
                 continue;
             auto pJob = std::make_unique<CIEData>();
             CIEDataset& dataset = *pJob->AddDataset(std::make_unique<CIEDataset>("Site"));

@@ -18,11 +18,12 @@ BELOW = {
     "rd3lib": {"platform"},
     "dwgengine": {"platform"},
     "generators": {"platform", "vellumlib"},
+    "compare": {"platform", "vellumlib"},
     "jobfile": {"platform", "vellumlib"},
     "frame": {"platform", "vellumlib", "jobfile"},
     "formats": {"platform", "vellumlib", "jobfile", "frame", "rd3lib", "generators"},
-    "transfer": {"platform", "vellumlib", "jobfile", "frame", "rd3lib", "generators", "formats"},
-    "cli": {"platform", "vellumlib", "jobfile", "frame", "rd3lib", "generators", "formats", "transfer"},
+    "transfer": {"platform", "vellumlib", "compare", "jobfile", "frame", "rd3lib", "generators", "formats"},
+    "cli": {"platform", "vellumlib", "compare", "jobfile", "frame", "rd3lib", "generators", "formats", "transfer"},
 }
 
 # dwgengine is joined to the job in one family only

@@ -3,6 +3,7 @@
 
 #include "alidade/platform/api.h"
 #include "alidade/vellumlib/data.h"
+#include "alidade/vellumlib/kinds.h"
 
 #include <cstdint>
 
@@ -26,7 +27,7 @@ public:
 
     /// What the form can hold, as EIECarries bits; the observer is told of what it can't. All, unless the factory says
     /// less.
-    void SetCarries(unsigned nCarries) { m_nCarries = nCarries; }
+    void SetCarries(TIECarries nCarries) { m_nCarries = nCarries; }
 
 protected:
     CIEExporter(const CIEExporter&) = default;
@@ -40,9 +41,9 @@ protected:
     /// Tells the host what of an object a form with these EIECarries bits doesn't hold: the object itself, its codes,
     /// its layer ...
     void NoteLosses(const CIEObject& object) const;
-    [[nodiscard]] unsigned GetCarries() const { return m_nCarries; }
+    [[nodiscard]] TIECarries GetCarries() const { return m_nCarries; }
     /// Whether the form can hold all of these EIECarries bits.
-    [[nodiscard]] bool Carries(unsigned nBits) const { return (m_nCarries & nBits) == nBits; }
+    [[nodiscard]] bool Carries(TIECarries nBits) const { return (m_nCarries & nBits) == nBits; }
 
     CIEData* m_pData; // not owned
     CString m_strFileName;
@@ -52,5 +53,5 @@ protected:
 private:
     void NoteDatasets(int nFirst) const;
 
-    unsigned m_nCarries = ~0U;
+    TIECarries m_nCarries = ~TIECarries{0};
 };

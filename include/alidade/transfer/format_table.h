@@ -36,7 +36,7 @@ public:
     static std::vector<TIEFormatGuess> Guess(const CString& strFileName);
 
     /// Words for EIECarries bits, in the order of the bits: "points", "lines" ...
-    static std::vector<std::string_view> GetCarriedWords(unsigned nCarries);
+    static std::vector<std::string_view> GetCarriedWords(TIECarries nCarries);
     /// The table as the document docs/formats.md.
     static std::string ToMarkdown();
     /// The table as an array of objects with code, direction, key, title, extensions, built, carries, remark.

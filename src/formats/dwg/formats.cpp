@@ -7,7 +7,7 @@ namespace {
 constexpr auto kIn = EIEDirection::Import;
 constexpr auto kOut = EIEDirection::Export;
 
-constexpr unsigned kDrawing =
+constexpr TIECarries kDrawing =
     CARRIES_POINTS | CARRIES_LINES | CARRIES_POLYGONS | CARRIES_ARCS | CARRIES_SURFACES | CARRIES_LAYERS;
 
 EIERecognition Recognize(std::string_view head)

@@ -9,11 +9,11 @@ namespace {
 constexpr auto kIn = EIEDirection::Import;
 constexpr auto kOut = EIEDirection::Export;
 
-constexpr unsigned kDrawing = CARRIES_POINTS | CARRIES_LINES | CARRIES_POLYGONS | CARRIES_ARCS | CARRIES_SURFACES |
-                              CARRIES_CODES | CARRIES_ATTRIBUTES | CARRIES_LAYERS;
+constexpr TIECarries kDrawing = CARRIES_POINTS | CARRIES_LINES | CARRIES_POLYGONS | CARRIES_ARCS | CARRIES_SURFACES |
+                                CARRIES_CODES | CARRIES_ATTRIBUTES | CARRIES_LAYERS;
 
 /// Of a drawing that is read. Colours, line types and widths are those of its entities.
-constexpr unsigned kReadDrawing = kDrawing | CARRIES_CODE_STRINGS | CARRIES_DRAWING;
+constexpr TIECarries kReadDrawing = kDrawing | CARRIES_CODE_STRINGS | CARRIES_DRAWING;
 
 EIERecognition Recognize(std::string_view head)
 {

@@ -5,8 +5,8 @@ namespace {
 constexpr auto kIn = EIEDirection::Import;
 constexpr auto kOut = EIEDirection::Export;
 
-constexpr unsigned kFeatures = CARRIES_POINTS | CARRIES_LINES | CARRIES_POLYGONS | CARRIES_ATTRIBUTES;
-constexpr unsigned kShapes = kFeatures | CARRIES_UNDEFINED_HEIGHTS;
+constexpr TIECarries kFeatures = CARRIES_POINTS | CARRIES_LINES | CARRIES_POLYGONS | CARRIES_ATTRIBUTES;
+constexpr TIECarries kShapes = kFeatures | CARRIES_UNDEFINED_HEIGHTS;
 
 EIERecognition RecognizeShapes(std::string_view head)
 {

@@ -7,7 +7,7 @@ namespace {
 constexpr auto kIn = EIEDirection::Import;
 constexpr auto kOut = EIEDirection::Export;
 
-constexpr unsigned kDesign =
+constexpr TIECarries kDesign =
     CARRIES_POINTS | CARRIES_SURFACES | CARRIES_ALIGNMENTS | CARRIES_TEMPLATES | CARRIES_CODES | CARRIES_NOTES;
 
 EIERecognition Recognize(std::string_view head)

@@ -113,7 +113,7 @@ CIEDelimitedExporter::~CIEDelimitedExporter() = default;
 
 bool CIEDelimitedExporter::OpenFile()
 {
-    const unsigned nCarries = CarriedByLayout();
+    const TIECarries nCarries = CarriedByLayout();
     SetCarries(nCarries);
     if (m_pData->GetObserver()) {
         m_pReader = std::make_shared<CReader>(*m_pData);
@@ -131,7 +131,7 @@ bool CIEDelimitedExporter::OpenFile()
 
 unsigned CIEDelimitedExporter::CarriedByLayout() const
 {
-    unsigned nCarries = CARRIES_POINTS | CARRIES_LINES | CARRIES_POLYGONS;
+    TIECarries nCarries = CARRIES_POINTS | CARRIES_LINES | CARRIES_POLYGONS;
     for (const IEAsciiFields::EType field : m_pData->GetSettings().GetAsciiFormat().m_Fields) {
         if (IEAsciiFields::IsCodes(field))
             nCarries |= CARRIES_CODES;
@@ -296,7 +296,7 @@ void CIEDelimitedExporter::NoteLine(const CIEStation& station, const CIEObject& 
         Note(TIENote::Changed, EIENote::ObjectName, strName, "its name doesn't come back as it is");
     if (has(IEAsciiFields::Notes) && pRead->GetStation(0)->GetNotes() != station.GetNotes())
         Note(TIENote::Changed, EIENote::ObjectNotes, strName, "its notes don't come back as they are");
-    const unsigned nCarries = CarriedByLayout();
+    const TIECarries nCarries = CarriedByLayout();
     if ((nCarries & CARRIES_CODES) &&
         !HaveEqualCodes(*pRead, object, !(nCarries & CARRIES_ATTRIBUTES), m_pData->GetSettings().m_bAttrTypes))
         Note(TIENote::Changed, EIENote::ObjectCodes, strName, "its codes don't come back as they are");

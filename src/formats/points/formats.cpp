@@ -24,15 +24,15 @@ namespace {
 constexpr auto kIn = EIEDirection::Import;
 constexpr auto kOut = EIEDirection::Export;
 
-constexpr unsigned kPoints = kSimaCarries;
-constexpr unsigned kCoded = CARRIES_POINTS | CARRIES_CODES;
-constexpr unsigned kStrings = kCoded | CARRIES_CODE_STRINGS;
-constexpr unsigned kControls = kStrings | CARRIES_CONTROL_CODES;
-constexpr unsigned kNoted = CARRIES_POINTS | CARRIES_CODES | CARRIES_NOTES;
+constexpr TIECarries kPoints = kSimaCarries;
+constexpr TIECarries kCoded = CARRIES_POINTS | CARRIES_CODES;
+constexpr TIECarries kStrings = kCoded | CARRIES_CODE_STRINGS;
+constexpr TIECarries kControls = kStrings | CARRIES_CONTROL_CODES;
+constexpr TIECarries kNoted = CARRIES_POINTS | CARRIES_CODES | CARRIES_NOTES;
 /// points, and lines told by a name that several records in a row share
-constexpr unsigned kJoined = CARRIES_POINTS | CARRIES_LINES | CARRIES_POLYGONS;
-constexpr unsigned kDelimited = kJoined | CARRIES_CODES | CARRIES_ATTRIBUTES | CARRIES_CODE_STRINGS |
-                                CARRIES_CONTROL_CODES | CARRIES_NOTES | CARRIES_GEOID_HEIGHTS;
+constexpr TIECarries kJoined = CARRIES_POINTS | CARRIES_LINES | CARRIES_POLYGONS;
+constexpr TIECarries kDelimited = kJoined | CARRIES_CODES | CARRIES_ATTRIBUTES | CARRIES_CODE_STRINGS |
+                                  CARRIES_CONTROL_CODES | CARRIES_NOTES | CARRIES_GEOID_HEIGHTS;
 
 std::unique_ptr<CIEImporter> ReadDelimited(CIEData* pData, const CString& strFileName, int)
 {

@@ -60,7 +60,7 @@ constexpr TGap kGaps[] = {
 
 bool CIEGPSListExporter::OpenFile()
 {
-    unsigned nCarries = CARRIES_GPS_DATA | CARRIES_POINT_KINDS;
+    TIECarries nCarries = CARRIES_GPS_DATA | CARRIES_POINT_KINDS;
     for (const IEAsciiFields::EType eField : m_pData->GetSettings().GetAsciiFormat().m_Fields) {
         nCarries |= CarriedByField(eField);
         if (eField > IEAsciiFields::GlonassSatellites)

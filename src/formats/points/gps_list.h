@@ -5,9 +5,9 @@
 #include "alidade/frame/point_exporter.h"
 
 /// What passes through the form, if the layout has a field for it.
-constexpr unsigned kGPSListCarries = CARRIES_GPS_DATA | CARRIES_POINT_KINDS | CARRIES_CODES | CARRIES_ATTRIBUTES |
-                                     CARRIES_CODE_STRINGS | CARRIES_CONTROL_CODES | CARRIES_NOTES |
-                                     CARRIES_GEOID_HEIGHTS;
+constexpr TIECarries kGPSListCarries = CARRIES_GPS_DATA | CARRIES_POINT_KINDS | CARRIES_CODES | CARRIES_ATTRIBUTES |
+                                       CARRIES_CODE_STRINGS | CARRIES_CONTROL_CODES | CARRIES_NOTES |
+                                       CARRIES_GEOID_HEIGHTS;
 
 /// Writes the GPS positions alone, a line each, with the fields of delimited text and, as chosen, accuracy, date, time,
 /// DOP, solution and satellites. Accuracy is in the job's units; all of these have three decimals. What the receiver

@@ -5,7 +5,7 @@
 #include "alidade/frame/point_exporter.h"
 
 /// What passes through the form.
-constexpr unsigned kJobHistoryListCarries = CARRIES_JOB_HISTORY;
+constexpr TIECarries kJobHistoryListCarries = CARRIES_JOB_HISTORY;
 
 /// Writes a line for each table of the current dataset's job history: its number from 1, its two texts, and its tags
 /// that have a value, as "name{value}" with nothing between them. Commas within values become blanks. Without a job

@@ -66,7 +66,7 @@ bool CIERecordExporter::ExportObject(int nIndex)
 {
     const CIEDataset* const pDataset = m_pData->GetCurDataset(false);
     const CIEObject* const pObject = pDataset ? pDataset->GetObjectAt(nIndex) : nullptr;
-    const unsigned nCarries = GetCarries();
+    const TIECarries nCarries = GetCarries();
     if (pObject)
         SetCarries(nCarries | CarriedFor(*pObject));
     const bool bDone = CIEPointExporter::ExportObject(nIndex);
@@ -77,7 +77,7 @@ bool CIERecordExporter::ExportObject(int nIndex)
 /// What the object's own record holds: that of a point-to-line point may have a code where others have none.
 unsigned CIERecordExporter::CarriedFor(const CIEObject& object) const
 {
-    unsigned nCarries = CARRIES_NOTHING;
+    TIECarries nCarries = CARRIES_NOTHING;
     for (const TIEPiece& piece : PiecesFor(object)) {
         if (piece.m_ePiece == EIEPiece::Code)
             nCarries |= CARRIES_CODES;

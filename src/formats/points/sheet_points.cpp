@@ -107,7 +107,7 @@ bool HasPlaneField(const IEAsciiFields::TFields& layout)
 bool CIESheetPointExporter::OpenFile()
 {
     const IEAsciiFields::TFields& layout = m_pData->GetSettings().GetAsciiFormat().m_Fields;
-    unsigned nCarries = CARRIES_SHEET_POINTS;
+    TIECarries nCarries = CARRIES_SHEET_POINTS;
     if (IEAsciiFields::FindTypeInArray(IEAsciiFields::SheetCodes, layout) >= 0)
         nCarries |= CARRIES_CODES | CARRIES_ATTRIBUTES | CARRIES_CODE_STRINGS | CARRIES_CONTROL_CODES;
     if (IEAsciiFields::FindTypeInArray(IEAsciiFields::MeasuredTime, layout) >= 0)

@@ -5,8 +5,8 @@
 #include "alidade/frame/point_exporter.h"
 
 /// What passes through the form, if the layout has a field for it.
-constexpr unsigned kSheetPointsCarries = CARRIES_SHEET_POINTS | CARRIES_CODES | CARRIES_ATTRIBUTES |
-                                         CARRIES_CODE_STRINGS | CARRIES_CONTROL_CODES | CARRIES_TIME_STAMPS;
+constexpr TIECarries kSheetPointsCarries = CARRIES_SHEET_POINTS | CARRIES_CODES | CARRIES_ATTRIBUTES |
+                                           CARRIES_CODE_STRINGS | CARRIES_CONTROL_CODES | CARRIES_TIME_STAMPS;
 
 /// Writes a line for each measurement of each sheet point, with the fields chosen out of those from SheetName on; any
 /// other stays empty. Lengths are in the job's units, north and east of a geographic job in the settings' style. What

@@ -4,7 +4,7 @@ namespace {
 
 constexpr auto kOut = EIEDirection::Export;
 
-constexpr unsigned kRaw = CARRIES_RAW_DATA | CARRIES_CODES;
+constexpr TIECarries kRaw = CARRIES_RAW_DATA | CARRIES_CODES;
 
 // clang-format off
 constexpr TIEFormatRow kRows[] = {

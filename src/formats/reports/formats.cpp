@@ -4,7 +4,7 @@ namespace {
 
 constexpr auto kOut = EIEDirection::Export;
 
-constexpr unsigned kSheet = CARRIES_POINTS | CARRIES_CODES | CARRIES_ATTRIBUTES;
+constexpr TIECarries kSheet = CARRIES_POINTS | CARRIES_CODES | CARRIES_ATTRIBUTES;
 
 // clang-format off
 constexpr TIEFormatRow kRows[] = {

@@ -7,8 +7,8 @@ namespace {
 constexpr auto kIn = EIEDirection::Import;
 constexpr auto kOut = EIEDirection::Export;
 
-constexpr unsigned kAlignment = CARRIES_ALIGNMENTS;
-constexpr unsigned kRoad = CARRIES_ALIGNMENTS | CARRIES_TEMPLATES;
+constexpr TIECarries kAlignment = CARRIES_ALIGNMENTS;
+constexpr TIECarries kRoad = CARRIES_ALIGNMENTS | CARRIES_TEMPLATES;
 
 EIERecognition RecognizeGenio(std::string_view head)
 {

@@ -8,7 +8,7 @@
 #include <string_view>
 
 /// What passes through the form.
-constexpr unsigned kSimaCarries = CARRIES_POINTS;
+constexpr TIECarries kSimaCarries = CARRIES_POINTS;
 
 /// Reads SIMA point records. Values enter the job as they stand in the file: the form states no unit, so a file written
 /// in feet reads back as metres unless the job's units are metres.

@@ -5,9 +5,9 @@
 #include "alidade/frame/format_row.h"
 
 /// What a drawing holds, as EIECarries bits.
-inline constexpr unsigned kDxfWriteCarries = CARRIES_POINTS | CARRIES_LINES | CARRIES_POLYGONS | CARRIES_ARCS |
-                                             CARRIES_SURFACES | CARRIES_CODES | CARRIES_ATTRIBUTES |
-                                             CARRIES_CODE_STRINGS | CARRIES_LAYERS | CARRIES_DRAWING;
+inline constexpr TIECarries kDxfWriteCarries = CARRIES_POINTS | CARRIES_LINES | CARRIES_POLYGONS | CARRIES_ARCS |
+                                               CARRIES_SURFACES | CARRIES_CODES | CARRIES_ATTRIBUTES |
+                                               CARRIES_CODE_STRINGS | CARRIES_LAYERS | CARRIES_DRAWING;
 
 /// Writes the current dataset, one object or surface a step: surfaces first where there are no codes, else the blocks
 /// of all objects, the references to all of them, and the surfaces. Points, lines and polygons are all written if one
