@@ -15,17 +15,17 @@ void WriteTexts(CIEJobWriting& out, const char* pKey, const CStringArray& texts)
 
 void WriteAttributes(CIEJobWriting& out, const CIECodeValues& values)
 {
-    const CIECodeDescription* const pCode = values.GetDescription();
+    const CIECodeDescription& code = *values.GetDescription();
     const int nValues = values.GetNumberOfAttrs();
     if (nValues == 0)
         return;
     out.m_Text.Key("attributes");
-    if (pCode && pCode->GetSize() == nValues && out.HasAttributeNames(*pCode)) {
+    if (code.GetSize() == nValues && out.HasAttributeNames(code)) {
         out.m_Text.BeginObject();
         for (int i = 0; i < nValues; ++i) {
             if (values.GetAttrAt(i).empty())
                 continue;
-            out.m_Text.Key(pCode->GetAttrDescriptionAt(i)->GetName());
+            out.m_Text.Key(code.GetAttrDescriptionAt(i)->GetName());
             out.m_Text.Text(values.GetAttrAt(i));
         }
         out.m_Text.EndObject();
@@ -41,7 +41,7 @@ void WriteCode(CIEJobWriting& out, const CIECodeValues& values)
 {
     out.m_Text.BeginObject();
     out.m_Text.Key("name");
-    out.m_Text.Text(values.GetDescription() ? values.GetDescription()->GetName() : CString());
+    out.m_Text.Text(values.GetDescription()->GetName());
     WriteAttributes(out, values);
     CStringArray texts;
     for (int i = 0; i < values.GetNumberOfCodeStrings(); ++i)

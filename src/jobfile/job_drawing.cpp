@@ -30,7 +30,7 @@ constexpr std::size_t kColorDigits = 6;
 CString ColorText(TIEColor color)
 {
     std::array<char, kColorDigits> digits{};
-    const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), color, 16);
+    const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), ColorToRGB(color), 16);
     const CString strDigits(digits.data(), written.ptr);
     return "#" + CString(kColorDigits - strDigits.size(), '0') + strDigits;
 }
@@ -42,7 +42,9 @@ bool ReadColor(CIEJobReading& in, const CIEJsonValue& value, TIEColor& color)
         return false;
     const char* const pEnd = text.data() + text.size();
     if (text.size() == kColorDigits + 1 && text[0] == '#') {
-        const auto read = std::from_chars(text.data() + 1, pEnd, color, 16);
+        std::uint32_t nRGB = 0;
+        const auto read = std::from_chars(text.data() + 1, pEnd, nRGB, 16);
+        color = ColorFromRGB(nRGB);
         if (read.ec == std::errc() && read.ptr == pEnd)
             return true;
     }

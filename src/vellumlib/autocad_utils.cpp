@@ -12,16 +12,18 @@ namespace {
 
 // ---- colours
 
-constexpr TIEColor kPure[] = {0x000000, 0xFF0000, 0xFFFF00, 0x00FF00, 0x00FFFF,
-                              0x0000FF, 0xFF00FF, 0xFFFFFF, 0x808080, 0xC0C0C0};
+// as 0xRRGGBB
+constexpr std::uint32_t kPure[] = {0x000000, 0xFF0000, 0xFFFF00, 0x00FF00, 0x00FFFF,
+                                   0x0000FF, 0xFF00FF, 0xFFFFFF, 0x808080, 0xC0C0C0};
 constexpr int kFirstHue = 10;
 constexpr int kFirstGrey = 250;
 constexpr double kBrightness[] = {1.0, 0.65, 0.5, 0.3, 0.15};
 constexpr double kFull = 255.0;
 
-constexpr TIEColor MakeColor(double dRed, double dGreen, double dBlue)
+constexpr std::uint32_t MakeRGB(double dRed, double dGreen, double dBlue)
 {
-    return static_cast<TIEColor>(dRed) << 16U | static_cast<TIEColor>(dGreen) << 8U | static_cast<TIEColor>(dBlue);
+    return static_cast<std::uint32_t>(dRed) << 16U | static_cast<std::uint32_t>(dGreen) << 8U |
+           static_cast<std::uint32_t>(dBlue);
 }
 
 /// The share of a primary colour, 0 to 1, at a step of 15 degrees away from it.
@@ -33,35 +35,35 @@ constexpr double ShareAt(int nSteps)
     return nSteps <= 4 ? 1.0 : nSteps >= 8 ? 0.0 : (8 - nSteps) / 4.0;
 }
 
-constexpr TIEColor MakeHue(int nIndex)
+constexpr std::uint32_t MakeHue(int nIndex)
 {
     const int nStep = (nIndex - kFirstHue) / 10;
     const double dValue = kFull * kBrightness[(nIndex - kFirstHue) % 10 / 2];
     const double dLeast = nIndex % 2 == 0 ? 0.0 : dValue / 2;
     const auto channel = [&](int nPrimary) { return dLeast + (dValue - dLeast) * ShareAt(nStep - nPrimary); };
-    return MakeColor(channel(0), channel(8), channel(16));
+    return MakeRGB(channel(0), channel(8), channel(16));
 }
 
-constexpr std::array<TIEColor, CIEAutoCADUtils::kColors> MakeColors()
+constexpr std::array<std::uint32_t, CIEAutoCADUtils::kColors> MakeColors()
 {
-    std::array<TIEColor, CIEAutoCADUtils::kColors> colors{};
+    std::array<std::uint32_t, CIEAutoCADUtils::kColors> colors{};
     for (int i = 0; i < CIEAutoCADUtils::kColors; ++i) {
-        TIEColor& color = colors[static_cast<std::size_t>(i)];
+        std::uint32_t& color = colors[static_cast<std::size_t>(i)];
         if (i < kFirstHue)
             color = kPure[i];
         else if (i < kFirstGrey)
             color = MakeHue(i);
         else
-            color = static_cast<TIEColor>(kFull * (i - kFirstGrey + 1.25) * 0.16) * 0x010101U;
+            color = static_cast<std::uint32_t>(kFull * (i - kFirstGrey + 1.25) * 0.16) * 0x010101U;
     }
     return colors;
 }
 
-constexpr std::array<TIEColor, CIEAutoCADUtils::kColors> kColorTable = MakeColors();
+constexpr std::array<std::uint32_t, CIEAutoCADUtils::kColors> kColorTable = MakeColors();
 static_assert(kColorTable[10] == 0xFF0000 && kColorTable[53] == 0xA5A552 && kColorTable[247] == 0x4C262F);
 static_assert(kColorTable[250] == 0x333333 && kColorTable[255] == 0xFFFFFF);
 
-int DistanceOf(TIEColor left, TIEColor right)
+int DistanceOf(std::uint32_t left, std::uint32_t right)
 {
     int nDistance = 0;
     for (const unsigned nShift : {0U, 8U, 16U}) {
@@ -109,15 +111,16 @@ constexpr TLineType kLineTypeWords[] = {
 
 TIEColor CIEAutoCADUtils::Convert256ToRGB(int nIndex) const
 {
-    return kColorTable[static_cast<std::size_t>(nIndex >= 0 && nIndex < kColors ? nIndex : kForeground)];
+    return ColorFromRGB(kColorTable[static_cast<std::size_t>(nIndex >= 0 && nIndex < kColors ? nIndex : kForeground)]);
 }
 
 int CIEAutoCADUtils::ConvertRGBTo256(TIEColor color) const
 {
     if (color == 0)
         return kForeground;
-    const auto nearest = std::min_element(kColorTable.begin() + 1, kColorTable.end(), [color](auto left, auto right) {
-        return DistanceOf(left, color) < DistanceOf(right, color);
+    const std::uint32_t nRGB = ColorToRGB(color);
+    const auto nearest = std::min_element(kColorTable.begin() + 1, kColorTable.end(), [nRGB](auto left, auto right) {
+        return DistanceOf(left, nRGB) < DistanceOf(right, nRGB);
     });
     return static_cast<int>(nearest - kColorTable.begin());
 }

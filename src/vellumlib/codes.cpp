@@ -69,6 +69,13 @@ CIECodeDescription* CIEDataDictionary::AddCodeDescription(std::unique_ptr<CIECod
     return place->second;
 }
 
+CIECodeValues::CIECodeValues(const CIECodeDescription* pDescription) : m_pDescription(pDescription)
+{
+    static const CIECodeDescription kNone;
+    if (!m_pDescription)
+        m_pDescription = &kNone;
+}
+
 CIECodeValues::CIECodeValues(const CIECodeValues& other)
     : m_pDescription(other.m_pDescription),
       m_Attributes(other.m_Attributes),

@@ -1,8 +1,31 @@
 #include "alidade/vellumlib/dataset.h"
 
 #include <algorithm>
+#include <atomic>
+#include <mutex>
+#include <unordered_map>
 
-CIEDataset::CIEDataset(CString name) : m_strName(std::move(name)) {}
+/// Objects of each name in the order in which they got it. It is built under a lock, because readers build it; whoever
+/// changes the dataset is alone with it.
+struct CIEDataset::TIndex {
+    struct THash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view name) const { return std::hash<std::string_view>{}(name); }
+    };
+    using TByName = std::unordered_map<CString, std::vector<CIEObject*>, THash, std::equal_to<>>;
+
+    static void Enter(TByName& byName, CIEObject* pObject)
+    {
+        if (!pObject->GetName().empty())
+            byName[pObject->GetName()].push_back(pObject);
+    }
+
+    TByName m_ByName;
+    std::atomic<bool> m_bBuilt = false;
+    std::mutex m_Building;
+};
+
+CIEDataset::CIEDataset(CString name) : m_strName(std::move(name)), m_pIndex(std::make_unique<TIndex>()) {}
 
 CIEDataset::~CIEDataset() = default;
 
@@ -71,27 +94,39 @@ int CIEDataset::GetNumberOfElements(int nKind, int nState, bool bStations, bool 
 
 CIEObject* CIEDataset::FindObject(std::string_view name) const
 {
-    if (!m_pIndex) {
-        m_pIndex = std::make_unique<TIndex>();
-        for (const auto& pObject : m_Objects)
-            EnterIndex(pObject.get());
+    TIndex& index = *m_pIndex;
+    if (!index.m_bBuilt.load(std::memory_order_acquire)) {
+        const std::scoped_lock lock(index.m_Building);
+        if (!index.m_bBuilt.load(std::memory_order_relaxed)) {
+            TIndex::TByName byName;
+            for (const auto& pObject : m_Objects)
+                TIndex::Enter(byName, pObject.get());
+            index.m_ByName.swap(byName);
+            index.m_bBuilt.store(true, std::memory_order_release);
+        }
     }
-    const auto found = m_pIndex->find(name);
-    return found == m_pIndex->end() ? nullptr : found->second.front();
+    const auto found = index.m_ByName.find(name);
+    return found == index.m_ByName.end() ? nullptr : found->second.front();
+}
+
+void CIEDataset::DropIndex()
+{
+    m_pIndex->m_bBuilt = false;
+    m_pIndex->m_ByName.clear();
 }
 
 void CIEDataset::EnterIndex(CIEObject* pObject) const
 {
-    if (m_pIndex && !pObject->GetName().empty())
-        (*m_pIndex)[pObject->GetName()].push_back(pObject);
+    if (m_pIndex->m_bBuilt)
+        TIndex::Enter(m_pIndex->m_ByName, pObject);
 }
 
 void CIEDataset::LeaveIndex(const CIEObject* pObject) const
 {
-    if (!m_pIndex || pObject->GetName().empty())
+    if (!m_pIndex->m_bBuilt || pObject->GetName().empty())
         return;
-    const auto found = m_pIndex->find(pObject->GetName());
-    if (found == m_pIndex->end())
+    const auto found = m_pIndex->m_ByName.find(pObject->GetName());
+    if (found == m_pIndex->m_ByName.end())
         return;
     auto& objects = found->second;
     // from the back, because the last object is the one that is taken out again and again
@@ -99,7 +134,7 @@ void CIEDataset::LeaveIndex(const CIEObject* pObject) const
     if (place != objects.rend())
         objects.erase(std::next(place).base());
     if (objects.empty())
-        m_pIndex->erase(found);
+        m_pIndex->m_ByName.erase(found);
 }
 
 CIEPolygon* CIEDataset::TransformLineToPolygon(const CIEPolyLine* pLine)

@@ -90,10 +90,11 @@ TEST(PlotText, WritesPixelsWithoutExponents)
 
 TEST(PlotStyle, DarkensWhatAWhiteSheetHides)
 {
-    const std::pair<TIEColor, TIEColor> rows[] = {{0xFFFFFF, 0x202020}, {0xE8F0F8, 0x202020}, {0xFF0000, 0xFF0000},
-                                                  {0x000000, 0x000000}, {0x00A000, 0x00A000}, {0xFFFF00, 0xB5B500}};
+    const std::pair<std::uint32_t, std::uint32_t> rows[] = {{0xFFFFFF, 0x202020}, {0xE8F0F8, 0x202020},
+                                                            {0xFF0000, 0xFF0000}, {0x000000, 0x000000},
+                                                            {0x00A000, 0x00A000}, {0xFFFF00, 0xB5B500}};
     for (const auto& [color, expected] : rows)
-        EXPECT_EQ(ColorToSvg(ColorForSheet(color)), ColorToSvg(expected));
+        EXPECT_EQ(ColorToSvg(ColorForSheet(ColorFromRGB(color))), ColorToSvg(ColorFromRGB(expected)));
 }
 
 TEST(PlotStyle, IsToldByTheNearest)

@@ -13,6 +13,8 @@ from house import finish, project_files, read_exported, read_text
 # `class ALIDADE_API CIEData`, `struct ALIDADE_API TIEPoint final`
 API_CLASS = re.compile(r"^\s*(?:class|struct)\s+ALIDADE_API\s+(\w+)\b(?!\s*;)", re.M)
 
+ANY_CLASS = re.compile(r"^(?:class|struct)\s+(\w+)\b[^;{]*\{", re.M)
+
 PREFIXES = ("vtable for ", "VTT for ", "typeinfo for ", "typeinfo name for ", "non-virtual thunk to ",
             "virtual thunk to ")
 
@@ -70,6 +72,15 @@ def main():
             for found in API_CLASS.findall(read_text(os.path.join(root, name))):
                 if found not in listed:
                     faults.append(f"{name}: {found} has ALIDADE_API but isn't in cmake/exported.txt")
+
+    # a host that compiles against a class whose code is hidden doesn't link
+    sources = "\n".join(read_text(os.path.join(root, name))
+                        for name in project_files(root, (".cpp",)) if name.startswith("src/"))
+    for name in project_files(root, (".h",)):
+        if name.startswith("include/alidade/formats/"):
+            faults += [f"{name}: shows {found}, whose code isn't exported"
+                       for found in ANY_CLASS.findall(read_text(os.path.join(root, name)))
+                       if re.search(rf"^[^\s/].*\b{found}::~?\w+\(", sources, re.M)]
     return finish(faults, f"{len(symbols)} visible symbols, all listed; every listed name is visible")
 
 

@@ -114,7 +114,7 @@ TEST(JobFile, TheRichJobComesBack)
     EXPECT_EQ(back.GetJobInfo()->GetDistUnits(), EDIST_UNITS::USSurveyFeet);
     EXPECT_EQ(back.GetSettings().GetAsciiFormat(), job.GetSettings().GetAsciiFormat());
     EXPECT_TRUE(back.GetSettings().HasDataType(EIEDataType::JobHistory));
-    EXPECT_TRUE(back.GetSettings().HasDataType(static_cast<EIEDataType>(13)));
+    EXPECT_TRUE(back.GetSettings().HasDataType(static_cast<EIEDataType>(21)));
     EXPECT_FALSE(back.GetSettings().HasDataType(EIEDataType::Lines));
     CIEDataset& dataset = *back.GetDatasetAt(1);
     const CIEObject& full = *dataset.GetObjectAt(1);
@@ -158,7 +158,7 @@ TEST(JobFile, TheRichJobComesBack)
     TIEColor color = 0;
     const CIECodeDescription& kerb = *back.GetIEDataDictionary()->FindCodeDiscription("KERB");
     EXPECT_TRUE(kerb.GetDrawProperties(CIEDrawProperties::Points)->GetColor(color));
-    EXPECT_EQ(color, 0xFF0000U);
+    EXPECT_EQ(color, 0xFFU); // red
     EXPECT_FALSE(kerb.GetDrawProperties(CIEDrawProperties::Lines)->GetColor(color));
     const auto& gate = static_cast<const CIECompositeObject&>(*dataset.FindObject("gate"));
     EXPECT_EQ(gate.GetPartAt(1)->GetDrawProperties()->GetType(), CIEDrawProperties::Lines);

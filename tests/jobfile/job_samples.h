@@ -67,7 +67,7 @@ inline void FillSettings(TIESettings& settings)
     settings.SetNoDataTypes();
     settings.SetDataType(EIEDataType::Points, true);
     settings.SetDataType(EIEDataType::JobHistory, true);
-    settings.SetDataType(static_cast<EIEDataType>(13), true);
+    settings.SetDataType(static_cast<EIEDataType>(21), true); // which has no word
     settings.m_strCodePage = "CP1250";
     settings.m_strWriteEncoding = "UTF-16LE";
 }
@@ -171,12 +171,12 @@ inline void FillDrawing(CIEData& job, CIEDataset& dataset)
     trees.SetNotes("old stock");
     trees.SetActiveStatus(false);
     trees.SetPlotStatus(false);
-    trees.SetDrawProperties(MakeLines(0x00A5FF, CIEDrawLineProperties::DashDotDotted, 2));
+    trees.SetDrawProperties(MakeLines(ColorFromRGB(0x00A5FF), CIEDrawLineProperties::DashDotDotted, 2));
     layers.SetDefaultLayer(1);
 
     CIECodeDescription& kerb = *job.GetIEDataDictionary()->FindCodeDiscription("KERB");
     auto pPoints = std::make_unique<CIEDrawPointProperties>();
-    pPoints->SetColor(0xFF0000);
+    pPoints->SetColor(ColorFromRGB(0xFF0000));
     pPoints->SetMarkStyle(12);
     kerb.SetDrawProperties(CIEDrawProperties::Points, std::move(pPoints));
     kerb.SetDrawProperties(CIEDrawProperties::Lines, std::make_unique<CIEDrawLineProperties>());

@@ -1,5 +1,6 @@
 #include "alidade/platform/messages.h"
 #include "alidade/transfer/entries.h"
+#include "alidade/transfer/format_table.h"
 #include "support/files.h"
 #include "support/jobs.h"
 
@@ -318,3 +319,26 @@ TEST_F(DriverTest, ManyRunsSideBySide)
 }
 
 } // namespace
+
+TEST(Exports, ACodeWithoutADescriptionIsOneWithoutAName)
+{
+    int nWritten = 0;
+    for (const TIEFormatRow& row : CIEFormatTable::GetRows()) {
+        if (!row.IsBuilt() || row.m_eDirection != EIEDirection::Export)
+            continue;
+        const CTempFolder folder;
+        auto pJob = std::make_unique<CIEData>();
+        CIELedger ledger;
+        pJob->SetObserver(&ledger); // notes look at codes too
+        ChangeSettings(*pJob, [](TIESettings& settings) { settings.m_bSingleFile = true; });
+        CIECodeValues code(nullptr);
+        code.AddAttr("value");
+        code.AddCodeString("1");
+        CIEDataset& dataset = *pJob->GetCurDataset(true);
+        AddPoint(dataset, "P1").AddCode(code);
+        AddLine<CIEPolyLine>(dataset, "L1", {{1, 2, 3}, {4, 5, 6}}).AddCode(code);
+        nWritten +=
+            ExportInTheSameThread(pJob.release(), folder / "out", static_cast<EExportType>(row.m_nCode)) == IE_OK;
+    }
+    EXPECT_GT(nWritten, 15); // not those that want other objects
+}

@@ -18,15 +18,15 @@ TEST(AutoCADUtilsTest, ColorsGoOutAndComeBack)
     }
     const struct {
         int m_nIndex;
-        TIEColor m_Color;
+        std::uint32_t m_RGB;
     } kRows[] = {{1, 0xFF0000},   {2, 0xFFFF00},   {3, 0x00FF00},   {4, 0x00FFFF},   {5, 0x0000FF},   {6, 0xFF00FF},
                  {7, 0xFFFFFF},   {8, 0x808080},   {9, 0xC0C0C0},   {11, 0xFF7F7F},  {12, 0xA50000},  {33, 0xA57C52},
                  {43, 0xA59152},  {90, 0x00FF00},  {140, 0x00BFFF}, {171, 0x7F7FFF}, {212, 0xA500A5}, {249, 0x261317},
                  {252, 0x848484}, {254, 0xD6D6D6}, {0, 0},          {-1, 0xFFFFFF},  {256, 0xFFFFFF}};
     for (const auto& row : kRows)
-        EXPECT_EQ(kUtils.Convert256ToRGB(row.m_nIndex), row.m_Color) << row.m_nIndex;
+        EXPECT_EQ(kUtils.Convert256ToRGB(row.m_nIndex), ColorFromRGB(row.m_RGB)) << row.m_nIndex;
     EXPECT_EQ(kUtils.ConvertRGBTo256(0x000000), CIEAutoCADUtils::kForeground);
-    EXPECT_EQ(kUtils.ConvertRGBTo256(0xFE0102), 1);
+    EXPECT_EQ(kUtils.ConvertRGBTo256(0x0201FE), 1) << "red is the low byte";
     EXPECT_EQ(kUtils.ConvertRGBTo256(0x343434), 250);
 }
 

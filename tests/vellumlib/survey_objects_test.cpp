@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 namespace {
 
 TEST(GPSPosition, WhatWasNeverSetTakesNoRoom)
@@ -157,6 +159,23 @@ TEST(SheetPoint, ACopyHasEverythingAndKeepsIt)
     EXPECT_EQ(copy.GetStation(1), &back);
     EXPECT_EQ(back.GetName() + back.GetNotes(), "Mseen");
     EXPECT_EQ(back.m_dDeltaHeight * 10 + back.m_dDistance, 38);
+}
+
+TEST(Dataset, ReadersFindObjectsAtTheSameTime)
+{
+    CIEDataset dataset("A");
+    for (int i = 0; i < 2000; ++i)
+        AddPoint(dataset, "P" + std::to_string(i));
+    std::vector<std::thread> readers;
+    std::atomic<int> nFound = 0;
+    for (int nReader = 0; nReader < 4; ++nReader)
+        readers.emplace_back([&] {
+            for (int i = 0; i < 2000; ++i)
+                nFound += dataset.FindObject("P" + std::to_string(i)) == dataset.GetObjectAt(i);
+        });
+    for (std::thread& reader : readers)
+        reader.join();
+    EXPECT_EQ(nFound, 8000);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 // Roads: a horizontal alignment with its profile and its cross sections.
+// Any number of threads may read such a thing while none changes it.
 #pragma once
 
 #include "alidade/platform/api.h"

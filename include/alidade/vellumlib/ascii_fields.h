@@ -1,4 +1,5 @@
 // Layout of a delimited text line.
+// Conversions without state, which any thread may use.
 #pragma once
 
 #include "alidade/platform/api.h"

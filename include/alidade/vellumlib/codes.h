@@ -1,4 +1,5 @@
 // Codes: what a job's dictionary says of each, and the values that an object carries.
+// Any number of threads may read such a thing while none changes it.
 #pragma once
 
 #include "alidade/platform/api.h"
@@ -112,14 +113,16 @@ class ALIDADE_API CIECodeValues {
 public:
     static constexpr int kControlCodes = 2;
 
-    /// `pDescription` belongs to the job's dictionary and must outlive the values.
-    explicit CIECodeValues(const CIECodeDescription* pDescription) : m_pDescription(pDescription) {}
+    /// `pDescription` belongs to the job's dictionary and must outlive the values; null is a code without a name and
+    /// attributes.
+    explicit CIECodeValues(const CIECodeDescription* pDescription);
     CIECodeValues(const CIECodeValues& other);
     CIECodeValues& operator=(const CIECodeValues& other);
     CIECodeValues(CIECodeValues&&) noexcept = default;
     CIECodeValues& operator=(CIECodeValues&&) noexcept = default;
     ~CIECodeValues() = default;
 
+    /// Never null.
     [[nodiscard]] const CIECodeDescription* GetDescription() const { return m_pDescription; }
 
     /// Values stand in the order of the description's attributes, as text.

@@ -11,9 +11,9 @@
 #include "alidade/vellumlib/surface.h"
 
 #include <string_view>
-#include <unordered_map>
 
 /// Objects in order, surfaces, alignments and a job history, under a name. Owns all that it is given.
+/// Any number of threads may read it while none changes it or one of its objects.
 class ALIDADE_API CIEDataset {
 public:
     explicit CIEDataset(CString name);
@@ -44,7 +44,7 @@ public:
     [[nodiscard]] int GetNumberOfElements(int nKind, int nState, bool bStations, bool bNamed) const;
 
     /// First object of that name, in the order in which they got it; null if there is none, and for the empty name.
-    /// Constant time once the first call has built the index.
+    /// Constant time once the first call has built the index. Threads that only read may call it at the same time.
     [[nodiscard]] CIEObject* FindObject(std::string_view name) const;
 
     /// Puts a polygon with the same stations, name, codes, layer and state in the place of a polyline. Null, with
@@ -78,16 +78,11 @@ public:
 
 private:
     friend class CIEObject;
-    struct TNameHash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view name) const { return std::hash<std::string_view>{}(name); }
-    };
-    /// Objects of each name in the order in which they got it.
-    using TIndex = std::unordered_map<CString, std::vector<CIEObject*>, TNameHash, std::equal_to<>>;
+    struct TIndex;
 
     void EnterIndex(CIEObject* pObject) const;
     void LeaveIndex(const CIEObject* pObject) const;
-    void DropIndex() { m_pIndex.reset(); }
+    void DropIndex();
     void ForgetStartPoint(const CIEObject* pObject) const;
 
     CString m_strName;
@@ -97,7 +92,7 @@ private:
     std::unique_ptr<CIEJobHistory> m_pJobHistory;
     CHeaderInfo m_HeaderInfo;
     bool m_bFixedBorders = false;
-    mutable std::unique_ptr<TIndex> m_pIndex; // built by the first FindObject
+    std::unique_ptr<TIndex> m_pIndex; // its content is built by the first FindObject
 };
 
 template <class TPredicate>
@@ -109,5 +104,5 @@ void CIEDataset::RemoveObjectsIf(TPredicate unwanted)
         ForgetStartPoint(pObject.get());
         return true;
     });
-    m_pIndex.reset();
+    DropIndex();
 }

@@ -1,4 +1,5 @@
 // How objects, layers and codes are drawn.
+// Any number of threads may read such a thing while none changes it.
 #pragma once
 
 #include "alidade/platform/api.h"
@@ -6,8 +7,20 @@
 
 #include <cstdint>
 
-/// A colour as 0xRRGGBB.
+/// A colour: red in the low byte, then green, then blue.
 using TIEColor = std::uint32_t;
+
+/// The colour that people write as 0xRRGGBB.
+constexpr TIEColor ColorFromRGB(std::uint32_t nRGB)
+{
+    return (nRGB >> 16U & 0xFFU) | (nRGB & 0xFF00U) | (nRGB & 0xFFU) << 16U;
+}
+
+/// A colour as 0xRRGGBB.
+constexpr std::uint32_t ColorToRGB(TIEColor color)
+{
+    return ColorFromRGB(color); // the outer bytes change places either way
+}
 
 /// How something is drawn. What was never set is left to the layer, and there to the host.
 class ALIDADE_API CIEDrawProperties {

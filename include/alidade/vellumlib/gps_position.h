@@ -1,4 +1,5 @@
 // A point from a satellite receiver, with what the receiver said of it.
+// Any number of threads may read such a thing while none changes it.
 #pragma once
 
 #include "alidade/platform/system.h"

@@ -1,4 +1,5 @@
 // What was done in a job, as tables that its data collector kept.
+// Any number of threads may read such a thing while none changes it.
 #pragma once
 
 #include "alidade/vellumlib/types.h"

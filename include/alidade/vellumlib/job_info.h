@@ -1,4 +1,5 @@
 // What a job says of itself.
+// Any number of threads may read such a thing while none changes it.
 #pragma once
 
 #include "alidade/platform/api.h"

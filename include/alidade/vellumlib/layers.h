@@ -1,4 +1,5 @@
 // Layers of a job.
+// Any number of threads may read such a thing while none changes it.
 #pragma once
 
 #include "alidade/platform/api.h"

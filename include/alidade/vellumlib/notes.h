@@ -1,4 +1,5 @@
 // Notes: what a run tells of each thing that didn't pass whole, and the one table of their codes.
+// The table is fixed: any thread may ask it.
 #pragma once
 
 #include "alidade/platform/api.h"

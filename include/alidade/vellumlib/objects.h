@@ -1,5 +1,6 @@
 // The objects of a dataset: points, lines, polygons, arcs, composites. GPS positions and sheet points have headers of
 // their own.
+// Any number of threads may read such a thing while none changes it.
 #pragma once
 
 #include "alidade/platform/api.h"

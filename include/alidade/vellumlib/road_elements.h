@@ -1,5 +1,6 @@
 // The pieces that a road is made of: horizontal elements, intersection points, the profile's sections and vertical
 // elements.
+// Any number of threads may read such a thing while none changes it.
 #pragma once
 
 #include "alidade/platform/api.h"

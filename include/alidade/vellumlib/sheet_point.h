@@ -1,4 +1,5 @@
 // A point of a design with the measurements that were made of it.
+// Any number of threads may read such a thing while none changes it.
 #pragma once
 
 #include "alidade/vellumlib/objects.h"

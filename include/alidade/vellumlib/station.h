@@ -1,4 +1,5 @@
 // A place on the ground with its name and what was noted there.
+// Any number of threads may read such a thing while none changes it.
 #pragma once
 
 #include "alidade/platform/api.h"

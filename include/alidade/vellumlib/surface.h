@@ -1,4 +1,5 @@
 // A surface of triangles over shared positions.
+// Any number of threads may read such a thing while none changes it.
 #pragma once
 
 #include "alidade/platform/api.h"

@@ -1,4 +1,5 @@
 // The words that the whole library shares: text, units, kinds of objects, result codes.
+// Plain values, which any thread may use.
 #pragma once
 
 #include <memory>
@@ -45,12 +46,12 @@ enum class EIEDataType : int {
     Lines = 1,
     Polygons = 2,
     Surfaces = 3,
-    Alignments = 4,
-    RawData = 5,
+    Alignments = 5,
     Codes = 6,
     Layers = 7,
     JobHistory = 8,
     Localization = 9,
+    RawData = 13,
 };
 
 /// Kinds of objects in a dataset.

@@ -1,4 +1,5 @@
 // The operations on text, numbers, units and names that all formats share.
+// The functions keep nothing; any thread may call them.
 #pragma once
 
 #include "alidade/platform/api.h"

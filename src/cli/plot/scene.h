@@ -80,8 +80,8 @@ struct TScene {
     int m_nRoadsInPart = 0;           ///< alignments with elements that can't be followed
 };
 
-constexpr TIEColor kSurfaceColor = 0x9CB08C;
-constexpr TIEColor kRoadColor = 0xB03030;
+constexpr TIEColor kSurfaceColor = ColorFromRGB(0x9CB08C);
+constexpr TIEColor kRoadColor = ColorFromRGB(0xB03030);
 constexpr TIEColor kEmptyLayerColor = 0x808080; ///< of layers without a colour of which nothing is drawn
 
 /// What is asked for.

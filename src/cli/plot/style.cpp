@@ -87,16 +87,16 @@ TIEColor ColorForSheet(TIEColor color)
     constexpr TIEColor kNearWhite = 0xE0;
     constexpr TIEColor kLightest = 160;
     constexpr TIEColor kByte = 0xFF;
-    const TIEColor red = color >> 16U & kByte;
+    const TIEColor red = color & kByte;
     const TIEColor green = color >> 8U & kByte;
-    const TIEColor blue = color & kByte;
+    const TIEColor blue = color >> 16U & kByte;
     if (std::min({red, green, blue}) >= kNearWhite)
         return kDark;
     const TIEColor brightness = (red * 299 + green * 587 + blue * 114) / 1000;
     if (brightness <= kLightest)
-        return red << 16U | green << 8U | blue;
+        return red | green << 8U | blue << 16U;
     const auto darken = [&](TIEColor channel) { return channel * kLightest / brightness; };
-    return darken(red) << 16U | darken(green) << 8U | darken(blue);
+    return darken(red) | darken(green) << 8U | darken(blue) << 16U;
 }
 
 TStyle StyleOf(const CIEObject& object, const CIEObject* pWhole, const CIELayer* pLayer)

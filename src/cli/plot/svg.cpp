@@ -100,8 +100,7 @@ std::string EscapeXml(std::string_view text)
 
 std::string ColorToSvg(TIEColor color)
 {
-    constexpr TIEColor kColor = 0xFFFFFF;
-    return fmt::format("#{:06x}", color & kColor);
+    return fmt::format("#{:06x}", ColorToRGB(color));
 }
 
 void AppendPixels(std::string& out, double dValue)

@@ -15,6 +15,7 @@
 #include "formats/points/job_history_list.h"
 #include "formats/points/recognize.h"
 #include "formats/points/sheet_points.h"
+#include "formats/points/sima.h"
 #include "frame/point_importer.h"
 
 #include <type_traits>

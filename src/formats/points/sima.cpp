@@ -1,5 +1,7 @@
 #include "alidade/formats/points/sima.h"
 
+#include "formats/points/sima.h"
+
 #include "alidade/vellumlib/utils.h"
 
 namespace {

@@ -8,7 +8,7 @@
 #include <optional>
 
 struct TDrawn {
-    std::optional<TIEColor> m_Color = {};
+    std::optional<std::uint32_t> m_RGB = {};
     CIEDrawLineProperties::EDashStyleType m_eDash = CIEDrawLineProperties::ByLayer;
     int m_nWidth = -1;
 };
@@ -17,18 +17,18 @@ inline std::unique_ptr<CIEDrawProperties> MakeDrawnLine(const TDrawn& drawn)
 {
     auto pLine = std::make_unique<CIEDrawLineProperties>();
     pLine->SetDashStyle(drawn.m_eDash);
-    if (drawn.m_Color)
-        pLine->SetColor(*drawn.m_Color);
+    if (drawn.m_RGB)
+        pLine->SetColor(ColorFromRGB(*drawn.m_RGB));
     if (drawn.m_nWidth >= 0)
         pLine->SetWidth(drawn.m_nWidth);
     return pLine;
 }
 
 template <class TProperties = CIEDrawPointProperties>
-std::unique_ptr<CIEDrawProperties> MakeDrawn(TIEColor color)
+std::unique_ptr<CIEDrawProperties> MakeDrawn(std::uint32_t nRGB)
 {
     auto pProperties = std::make_unique<TProperties>();
-    pProperties->SetColor(color);
+    pProperties->SetColor(ColorFromRGB(nRGB));
     return pProperties;
 }
 

@@ -20,7 +20,7 @@ CString ToHex(TIEColor color)
     constexpr std::string_view kDigits = "0123456789ABCDEF";
     CString text = "#";
     for (int nShift = 20; nShift >= 0; nShift -= 4)
-        text += kDigits[color >> static_cast<unsigned>(nShift) & 0xFU];
+        text += kDigits[ColorToRGB(color) >> static_cast<unsigned>(nShift) & 0xFU];
     return text;
 }
 
