@@ -5,6 +5,7 @@
 #include "cli/stop.h"
 
 #include <filesystem>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace {
@@ -17,24 +18,34 @@ bool IsEmpty(const CIEDataset& dataset)
            dataset.GetNumberOfAlignments() == 0;
 }
 
-/// Two datasets of one name would write one file, and the second would replace the first.
+/// Two datasets of one name would write one file, and the second would replace the first. Gives up when a stop is asked
+/// for; the run then ends ahead of its first file.
 void MakeNamesUnique(CIEData& job, const CMessages& messages)
 {
     std::unordered_set<CString> names;
     for (int i = 0; const CIEDataset* const pDataset = job.GetDatasetAt(i); ++i)
         names.insert(pDataset->GetName());
-    std::unordered_set<CString> taken;
+    std::unordered_map<CString, int> next; // the number to try for a name that was met already
+    std::int64_t nChanged = 0;
+    std::string first;
     for (int i = 0; CIEDataset* const pDataset = job.GetDatasetAt(i); ++i) {
+        if (IsStopAsked())
+            return;
         const CString strName = pDataset->GetName();
-        if (taken.insert(strName).second)
+        const auto [place, bNew] = next.try_emplace(strName, 2);
+        if (bNew)
             continue;
         CString strNew;
-        for (int nNext = 2; strNew.empty() || !names.insert(strNew).second; ++nNext)
-            strNew = fmt::format("{} ({})", strName, nNext);
-        messages.Warn(fmt::format("two datasets are named \"{}\"; the second one goes out as \"{}\"", strName, strNew));
-        taken.insert(strNew);
+        do
+            strNew = fmt::format("{} ({})", strName, place->second++);
+        while (!names.insert(strNew).second);
+        next.try_emplace(strNew, 2);
+        if (++nChanged == 1)
+            first = fmt::format("two datasets are named \"{}\"; the second one goes out as \"{}\"", strName, strNew);
         pDataset->SetName(strNew);
     }
+    if (nChanged > 0)
+        messages.Warn(nChanged == 1 ? first : fmt::format("{}; {} more get such names", first, nChanged - 1));
 }
 
 /// Datasets whose name can't name a file; they are skipped, and the result tells so.
@@ -194,6 +205,13 @@ TDelivery Deliver(std::unique_ptr<CIEData> pJob, const TConvertArguments& argume
     }
     if (arguments.m_bFailOnLoss && (HasLoss(watch.GetLedger()) || delivery.m_eExit == EExit::Loss))
         return fail(EExit::Loss, arguments.m_strOut + " wasn't written: --fail-on loss forbids what is told above");
+    // a set's files, or those of its datasets, have names that weren't asked for one by one
+    for (const std::string& name : staging.ListNames()) {
+        if (!arguments.m_strReport.empty() && IsSameFile(arguments.m_strReport, staging.TargetOf(name)))
+            return fail(EExit::Usage, fmt::format("--report names {}, which is a file of the output; nothing was "
+                                                  "written",
+                                                  staging.TargetOf(name)));
+    }
     if (!staging.Deliver(arguments.m_bOverwrite, delivery.m_Files, error))
         return fail(EExit::OutputFailed, error);
     for (const std::string& file : delivery.m_Files)

@@ -68,13 +68,7 @@ private:
     }
 
     /// Names come from files: none of them may begin a line of its own.
-    static std::string Quote(const CString& text)
-    {
-        std::string shown = MakePrintable(text);
-        for (std::size_t n = 0; (n = shown.find('\n', n)) != std::string::npos;)
-            shown.replace(n, 1, "\\x0A");
-        return "\"" + shown + "\"";
-    }
+    static std::string Quote(const CString& text) { return "\"" + MakePrintable(text) + "\""; }
 
     [[nodiscard]] std::string ShowCoordinate(double dValue) const
     {

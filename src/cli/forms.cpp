@@ -143,20 +143,21 @@ public:
     void Add(const TIEFormatRow& row)
     {
         if (row.IsBuilt())
-            m_strForms += fmt::format("\n  {}: {}", Name(row), row.m_pTitle);
+            m_Lines.push_back(fmt::format("  {}: {}", Name(row), row.m_pTitle));
         else
             m_strUnbuilt += (m_strUnbuilt.empty() ? "" : ", ") + Name(row);
     }
     [[nodiscard]] EExit Fail(std::string text, const char* pOption, CMessages& messages) const
     {
-        text += m_strForms;
+        std::vector<std::string> lines = m_Lines;
         if (!m_strUnbuilt.empty())
-            text += "\n  not built yet: " + m_strUnbuilt;
-        return messages.Fail(EExit::FormUnknown, text + "\nchoose one with " + pOption);
+            lines.push_back("  not built yet: " + m_strUnbuilt);
+        lines.push_back(std::string("choose one with ") + pOption);
+        return messages.Fail(EExit::FormUnknown, std::move(text), lines);
     }
 
 private:
-    std::string m_strForms;
+    std::vector<std::string> m_Lines;
     std::string m_strUnbuilt;
 };
 

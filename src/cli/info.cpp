@@ -82,7 +82,7 @@ TJson MakeDocument(const CIEData& job, const std::string& strFile, const TForm& 
 
 void AddRow(std::string& text, std::string_view title, std::string_view value)
 {
-    text += fmt::format("  {:<12} {}\n", title, value);
+    text += fmt::format("  {:<12} {}\n", title, MakePrintable(value));
 }
 
 /// Heights, and coordinates of the plane, in the job's units; latitude and longitude in degrees.
@@ -115,7 +115,7 @@ void AddCount(std::string& text, std::string_view title, int nCount)
 void AddDataset(std::string& text, const CIEDataset& dataset, const CIEData& job)
 {
     const TContent content = LookInto(dataset);
-    text += fmt::format("\nDataset \"{}\"\n", dataset.GetName());
+    text += fmt::format("\nDataset \"{}\"\n", MakePrintable(dataset.GetName()));
     AddCount(text, "Points", content.m_nPoints);
     AddCount(text, "Lines", content.m_nLines);
     AddCount(text, "Polygons", content.m_nPolygons);
@@ -137,7 +137,7 @@ std::string MakeText(const CIEData& job, const std::string& strFile, const TForm
     const auto list = [](const std::vector<std::string>& names) {
         return names.empty() ? std::string("none") : fmt::format("{}: {}", names.size(), fmt::join(names, ", "));
     };
-    std::string text = strFile + "\n";
+    std::string text = MakePrintable(strFile) + "\n";
     AddRow(text, "Form", form.Describe() + ": " + form.GetTitle());
     AddRow(text, "Result", NameOf(eResult));
     if (!job.GetJobInfo()->m_strJobName.empty())

@@ -3,42 +3,25 @@
 
 #include "cli/exit_codes.h"
 
-#include <cstdio>
 #include <fmt/format.h>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 namespace Cli {
 
-/// Prints a text; a stream that takes nothing any more is no reason to end.
-inline void PutOnError(const std::string& text)
-{
-    (void)std::fputs(text.c_str(), stderr);
-}
+/// The text with everything that could drive a terminal, or forge a line or an order of letters, as \x1B or \u202E:
+/// control characters of both sets, marks of direction, separators of lines. Line ends stay with `bLineEnds`. Bytes
+/// that aren't UTF-8 are shown as such.
+std::string MakePrintable(std::string_view text, bool bLineEnds = false);
 
-/// Prints data. False, and says so, if not all of it went out.
-[[nodiscard]] inline bool PutOnOutput(const std::string& text)
-{
-    if (std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0)
-        return true;
-    PutOnError("alidade: standard output takes no more\n");
-    return false;
-}
+/// Prints a text, line ends and all, filtered if standard error is a terminal; a stream that takes nothing any more is
+/// no reason to end.
+void PutOnError(const std::string& text);
 
-/// The text with control characters as \x1B, so that nothing out of a file drives a terminal; line ends stay.
-inline std::string MakePrintable(const std::string& text)
-{
-    constexpr unsigned char kDelete = 0x7F;
-    std::string shown;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if ((byte < ' ' && c != '\n') || byte == kDelete)
-            shown += fmt::format("\\x{:02X}", byte);
-        else
-            shown += c;
-    }
-    return shown;
-}
+/// Prints data, filtered if standard output is a terminal. False, and says so, if not all of it went out.
+[[nodiscard]] bool PutOnOutput(const std::string& text);
 
 /// Speaks, and remembers why a run failed for its report.
 class CMessages {
@@ -62,7 +45,19 @@ public:
     /// Empty if nothing failed.
     [[nodiscard]] const std::string& GetFailure() const { return m_strFailure; }
 
+    /// The same with further lines behind the first.
+    EExit Fail(EExit eExit, std::string text, const std::vector<std::string>& lines)
+    {
+        Fail(eExit, std::move(text));
+        for (const std::string& line : lines) {
+            Print(line);
+            m_strFailure += "\n" + line;
+        }
+        return eExit;
+    }
+
 private:
+    /// Names come from files and arguments: none of them may begin a line of its own.
     static void Print(const std::string& text) { PutOnError(MakePrintable(text) + "\n"); }
 
     bool m_bQuiet;

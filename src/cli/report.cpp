@@ -135,19 +135,18 @@ bool WriteReport(const nlohmann::ordered_json& document, const std::string& strP
         CIEFileWriter file;
         return file.Create(strFile) && file.Write(Dump(document)) && file.Close();
     };
+    const std::string target = FollowLink(strPath);
     std::error_code error;
-    const fs::file_type eType = fs::symlink_status(strPath, error).type();
+    const fs::file_type eType = fs::status(target, error).type();
     if (eType != fs::file_type::regular && eType != fs::file_type::not_found)
-        return write(strPath); // a pipe, a link
-    // beside its place first, so that a full disk leaves an earlier report as it is
-    const std::string strMade = strPath + ".part";
-    if (write(strMade)) {
-        fs::rename(strMade, strPath, error);
-        if (!error)
-            return true;
-    }
-    fs::remove(strMade, error);
-    return false;
+        return write(target); // a pipe, a terminal
+    // as safe as the output: made under a name that nobody can foresee, so that a full disk leaves an earlier report as
+    // it is and nothing that lies there is written through
+    CStaging staging;
+    std::string reason;
+    std::vector<std::string> delivered;
+    return staging.Make(FolderOf(target), reason) && write(staging.PathOf(target.substr(FolderOf(target).size()))) &&
+           staging.Deliver(true, delivered, reason);
 }
 
 } // namespace Cli

@@ -6,6 +6,7 @@
 #include "cli/stop.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <optional>
 #include <unistd.h>
 
@@ -23,7 +24,7 @@ public:
     ~CProgressBar()
     {
         if (m_bShown)
-            PutOnError("\r\033[K");
+            (void)std::fputs("\r\033[K", stderr); // past the filter
     }
     CProgressBar(const CProgressBar&) = delete;
     CProgressBar& operator=(const CProgressBar&) = delete;
@@ -34,8 +35,10 @@ public:
         if (!m_bShown || nPercent < 0)
             return;
         const int nFilled = nPercent * kWidth / 100;
-        PutOnError(
-            fmt::format("\r{} [{:#<{}}{:.<{}}] {:3} %", m_strTitle, "", nFilled, "", kWidth - nFilled, nPercent));
+        (void)std::fputs(
+            fmt::format("\r{} [{:#<{}}{:.<{}}] {:3} %", m_strTitle, "", nFilled, "", kWidth - nFilled, nPercent)
+                .c_str(),
+            stderr);
     }
 
 private:

@@ -42,6 +42,27 @@ bool RenameToNew(const std::string& from, const std::string& to)
     return std::rename(from.c_str(), to.c_str()) == 0;
 }
 
+/// A file that replaces another may be read and written by the same people. What the system doesn't allow stays as it
+/// is: only root gives files away.
+void TakeOverModeAndOwner(const std::string& from, const std::string& to)
+{
+    struct stat status = {};
+    if (stat(from.c_str(), &status) != 0)
+        return;
+    constexpr mode_t kBits = S_IRWXU | S_IRWXG | S_IRWXO; // none that lends the owner's rights to whoever runs it
+    // the owner first: giving a file away takes bits from it
+    (void)!chown(to.c_str(), status.st_uid, status.st_gid);
+    (void)chmod(to.c_str(), status.st_mode & kBits);
+}
+
+/// Root may write whatever it likes, so the file is asked and not the system alone.
+bool IsReadOnly(const std::string& path)
+{
+    struct stat status = {};
+    return access(path.c_str(), W_OK) != 0 ||
+           (stat(path.c_str(), &status) == 0 && (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0);
+}
+
 std::string Because(const std::string& path, const char* pWhat)
 {
     return path + ": " + pWhat + ": " + std::strerror(errno);
@@ -84,21 +105,23 @@ std::string CStaging::ToTarget(const std::string& strPath) const
     return !m_strFolder.empty() && strPath.starts_with(prefix) ? TargetOf(strPath.substr(prefix.size())) : strPath;
 }
 
-bool CStaging::Deliver(bool bOverwrite, std::vector<std::string>& delivered, std::string& strError)
+std::vector<std::string> CStaging::ListNames() const
 {
     std::vector<std::string> names;
     std::error_code error;
     for (fs::directory_iterator it(m_strFolder, error), end; !error && it != end; it.increment(error))
         names.push_back(it->path().filename().string());
-    if (error) {
-        strError = m_strFolder + ": " + error.message();
-        return false;
-    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+bool CStaging::Deliver(bool bOverwrite, std::vector<std::string>& delivered, std::string& strError)
+{
+    std::vector<std::string> names = ListNames();
     if (names.empty()) {
         strError = "no file was made";
         return false;
     }
-    std::sort(names.begin(), names.end());
     for (const std::string& name : names) {
         strError = FindObstacle(TargetOf(name), bOverwrite);
         if (!strError.empty())
@@ -124,6 +147,8 @@ bool CStaging::Move(const std::string& strName, bool bOverwrite, bool bKeepOld, 
     const std::string staged = PathOf(strName);
     const std::string oldFolder = PathOf(kOldFolder);
     const std::string old = oldFolder + "/" + strName;
+    if (bOverwrite)
+        TakeOverModeAndOwner(target, staged);
     bool bPutAside = false;
     if (bOverwrite && bKeepOld && Exists(target)) {
         (void)mkdir(oldFolder.c_str(), S_IRWXU);
@@ -174,6 +199,8 @@ std::string FindObstacle(const std::string& strPath, bool bOverwrite)
         return {};
     if (!IsPlainFile(strPath))
         return strPath + ": it exists and isn't a plain file";
+    if (bOverwrite && IsReadOnly(strPath))
+        return strPath + ": the file is read-only, and isn't replaced";
     return bOverwrite ? std::string() : strPath + ": the file exists already; --overwrite replaces it";
 }
 
@@ -189,8 +216,11 @@ std::string FollowLink(const std::string& strPath)
 bool IsSameFile(const std::string& left, const std::string& right)
 {
     std::error_code first, second;
-    const auto a = fs::weakly_canonical(left, first);
-    const auto b = fs::weakly_canonical(right, second);
+    if (fs::equivalent(left, right, first) && !first)
+        return true; // two names of one file
+    first.clear();
+    const auto a = fs::weakly_canonical(fs::absolute(left, first), first);
+    const auto b = fs::weakly_canonical(fs::absolute(right, second), second);
     return first || second ? left == right : a == b;
 }
 

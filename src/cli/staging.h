@@ -26,8 +26,11 @@ public:
     /// The path with the staging folder, where it begins with that, replaced by the target folder.
     [[nodiscard]] std::string ToTarget(const std::string& strPath) const;
 
+    /// Names of the files that were made so far, in order.
+    [[nodiscard]] std::vector<std::string> ListNames() const;
     /// Moves all files to their place, or none: what was replaced already comes back if a later one fails. Without
-    /// `bOverwrite` an existing file is a failure. Gives the paths of the files in `delivered`.
+    /// `bOverwrite` an existing file is a failure; with it the new file takes over mode and owner of the one that it
+    /// replaces. Gives the paths of the files in `delivered`.
     [[nodiscard]] bool Deliver(bool bOverwrite, std::vector<std::string>& delivered, std::string& strError);
 
 private:

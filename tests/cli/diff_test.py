@@ -40,8 +40,9 @@ class DiffTest(ProgramTest):
     def test_names_forge_no_line(self):
         self.write("a.job.json", json.dumps({"alidade": "job", "datasets": []}))
         self.write("b.job.json", json.dumps({"alidade": "job", "datasets": [
-            {"name": "D", "objects": [{"point": "P\u001b[2J", "at": [1, 2, 3]}]}]}))
+            {"name": "D", "objects": [{"point": "P\u001b[2J", "north": 1, "east": 2, "height": 3}]}]}))
         answer = self.run_program("diff", "a.job.json", "b.job.json")
+        self.assertEqual(answer.status, LOSS, answer.err)
         self.assertNotIn("\x1b", answer.out)
 
     def test_what_cant_be_compared_says_so(self):
