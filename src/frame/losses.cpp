@@ -130,6 +130,10 @@ void NoteObject(const CIEData& job, const CString& strFile, const CIEObject& obj
                          CString("the form doesn't hold ") + (strWord[0] == 'a' ? "an " : "a ") + strWord);
         return;
     }
+    // forms with layers are drawings, which tell of their blocks themselves
+    if (object.GetStateType() == CIEObject::InBlock && !(nCarries & CARRIES_LAYERS))
+        notes.Add(TIENote::Changed, EIENote::ObjectCoordinates, strName,
+                  "it lies in a block, and the form holds this " + strWord + " as if it lay on the ground");
     if (object.GetNumberOfCodes() > 0 && !(nCarries & CARRIES_CODES))
         notes.AddLeftOut(EIENote::ObjectCodes, strName, "the form doesn't hold the codes of this " + strWord);
     else if (LosesAttributes(object, nCarries))

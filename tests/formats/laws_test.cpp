@@ -532,6 +532,7 @@ const TKind kKinds[] = {
         AddPoint(set, "A"); job.GetIEDrawDictionary()->AddLayer(std::make_unique<CIELayer>("trees")); }},
     {CARRIES_DRAWING, "object.drawing A", [](CIEData&, CIEDataset& set) {
         AddPoint(set, "A").SetDrawProperties(std::make_unique<CIEDrawPointProperties>()); }},
+    {CARRIES_LAYERS, "object.coordinates A", [](CIEData&, CIEDataset& set) { AddPoint(set, "A").SetStateType(CIEObject::InBlock); }},
     {CARRIES_COMPOSITES, "object.kind A", [](CIEData&, CIEDataset& set) { set.Add(std::make_unique<CIECompositeObject>())->SetName("A"); }},
     {CARRIES_NOTES, "object.notes A", [](CIEData&, CIEDataset& set) { AddChanged(set, [](auto& station) { station.SetNotes("x"); }); }},
     {CARRIES_GEOID_HEIGHTS, "object.geoid-height A", [](CIEData&, CIEDataset& set) { AddChanged(set, [](auto& station) { station.SetGeoidHeight(9); }); }},
