@@ -103,6 +103,20 @@ int CIEJobReading::FindAttribute(CIECodeDescription& code, std::string_view name
     return attributes.m_ByName[CString(name)] = code.GetSize() - 1;
 }
 
+void CIEJobWriting::NoteMended(const CString& strName, CString strReason, std::int64_t nCount) const
+{
+    Note(TIENote::Changed, EIENote::JobMended, strName, std::move(strReason), nCount);
+}
+
+void CIEJobWriting::NoteMendedIn(const CString& strName)
+{
+    const std::int64_t nMended = m_Text.GetMended() - m_nTold;
+    if (nMended == 0)
+        return;
+    m_nTold += nMended;
+    NoteMended(strName, "A number that isn't finite is written as 0, and bytes that aren't UTF-8 as U+FFFD.", nMended);
+}
+
 void CIEJobWriting::WriteWord(const TIEJobWord* pWords, std::size_t nWords, int nValue)
 {
     for (std::size_t i = 0; i < nWords; ++i) {
@@ -121,7 +135,8 @@ bool CIEJobWriting::HasAttributeNames(const CIECodeDescription& code)
         std::unordered_set<std::string_view> names;
         bool bApart = true;
         for (int i = 0; i < code.GetSize(); ++i)
-            bApart = names.insert(code.GetAttrDescriptionAt(i)->GetName()).second && bApart;
+            bApart = names.insert(code.GetAttrDescriptionAt(i)->GetName()).second &&
+                     IEUtils::IsValidUtf8(code.GetAttrDescriptionAt(i)->GetName()) && bApart;
         it->second = bApart;
     }
     return it->second;

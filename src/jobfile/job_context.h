@@ -66,11 +66,25 @@ private:
 /// A document under construction from a job.
 class CIEJobWriting {
 public:
-    CIEJobWriting(const CIEData& job, IIEJsonSink& sink) : m_Text(sink), m_Job(job) {}
+    /// Notes name the file.
+    CIEJobWriting(const CIEData& job, IIEJsonSink& sink, CString strFileName)
+        : m_Text(sink), m_Job(job), m_strFileName(std::move(strFileName))
+    {
+    }
 
     CIEJsonText m_Text;
 
     [[nodiscard]] const CIEData& GetJob() const { return m_Job; }
+    /// Tells the job's observer of what isn't written, or not as it is.
+    void Note(TIENote::EKind eKind, EIENote eCode, const CString& strName, CString strReason,
+              std::int64_t nCount = 1) const
+    {
+        m_Job.Note(eKind, eCode, m_strFileName, {}, strName, std::move(strReason), nCount);
+    }
+    void NoteMended(const CString& strName, CString strReason, std::int64_t nCount = 1) const;
+    /// The same for numbers and texts that were written since the last call.
+    void NoteMendedIn(const CString& strName);
+
     void WriteWord(const TIEJobWord* pWords, std::size_t nWords, int nValue);
     /// True if a code is the dictionary's own and no two of its attributes share a name, so that values can stand by
     /// name.
@@ -78,5 +92,7 @@ public:
 
 private:
     const CIEData& m_Job;
+    CString m_strFileName;
+    std::int64_t m_nTold = 0; // of what the text has mended
     std::unordered_map<const CIECodeDescription*, bool> m_AttributeNames;
 };

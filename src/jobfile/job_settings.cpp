@@ -4,6 +4,7 @@
 
 #include "alidade/vellumlib/utils.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace {
@@ -33,6 +34,7 @@ constexpr TIEJobWord kDataTypes[] = {
     {"localization", static_cast<int>(EIEDataType::Localization)},
 };
 constexpr int kDataTypeBits = 32;
+constexpr int kMostInt = std::numeric_limits<int>::max();
 
 void WriteDataTypes(CIEJobWriting& out, const char* pKey, const TIESettings& settings)
 {
@@ -63,8 +65,12 @@ bool ReadDataTypes(CIEJobReading& in, const CIEJsonValue& value, TIESettings& se
 
 void WriteFieldNames(CIEJobWriting& out, const char* pKey, const TIEAsciiFormat& format)
 {
+    IEAsciiFields::TFields fields = format.m_Fields;
+    std::erase_if(fields, [](IEAsciiFields::EType eType) { return eType < 0 || eType > IEAsciiFields::LastField; });
+    if (fields.size() != format.m_Fields.size())
+        out.NoteMended(pKey, "Fields that there aren't are left out.");
     out.m_Text.Key(pKey);
-    out.m_Text.Text(IEAsciiFields::FieldsToString(format.m_Fields));
+    out.m_Text.Text(IEAsciiFields::FieldsToString(fields));
 }
 
 bool ReadFieldNames(CIEJobReading& in, const CIEJsonValue& value, TIEAsciiFormat& format)
@@ -77,10 +83,20 @@ bool ReadFieldNames(CIEJobReading& in, const CIEJsonValue& value, TIEAsciiFormat
            in.Fail(value, "Words of fields are wanted here, as name,north,east,height,codes.");
 }
 
+bool IsDelimiter(char16_t c)
+{
+    const bool bControl = c < u' ' && c != u'\t';
+    const bool bOfNumbers = (c >= u'0' && c <= u'9') || c == u'.' || c == u'-' || c == u'+';
+    const bool bHalf = c >= 0xD800 && c <= 0xDFFF;
+    return !bControl && !bOfNumbers && !bHalf;
+}
+
 void WriteDelimiter(CIEJobWriting& out, const char* pKey, const TIEAsciiFormat& format)
 {
     if (format.m_cDelimiter == TIEAsciiFormat().m_cDelimiter)
         return;
+    if (!IsDelimiter(format.m_cDelimiter))
+        return out.NoteMended(pKey, "This character can't stand between fields; the comma does.");
     out.m_Text.Key(pKey);
     out.m_Text.Text(IEUtils::CharToString(format.m_cDelimiter));
 }
@@ -93,9 +109,7 @@ bool ReadDelimiter(CIEJobReading& in, const CIEJsonValue& value, TIEAsciiFormat&
     if (IEUtils::CharToString(IEUtils::StringToChar(text)) != text)
         return in.Fail(value, "One character is wanted here.");
     const char16_t c = IEUtils::StringToChar(text);
-    const bool bControl = c < u' ' && c != u'\t';
-    const bool bOfNumbers = (c >= u'0' && c <= u'9') || c == u'.' || c == u'-' || c == u'+';
-    if (bControl || bOfNumbers)
+    if (!IsDelimiter(c))
         return in.Fail(value, "A character that no number has is wanted here, and no line end.");
     format.m_cDelimiter = c;
     return true;
@@ -123,46 +137,43 @@ bool ReadAsciiFormat(CIEJobReading& in, const CIEJsonValue& value, TIESettings& 
     return JobFields::ReadObject(in, value, *settings.m_pAsciiFormat, kAsciiFields);
 }
 
-bool ReadHistoryOptions(CIEJobReading& in, const CIEJsonValue& value, TIESettings& settings)
+CString BordersReason(int nLeast, int nMost)
 {
-    int nOptions = 0;
-    if (!in.Read(value, nOptions))
-        return false;
-    if (nOptions < 0 || nOptions > std::numeric_limits<std::uint8_t>::max())
-        return in.Fail(value, "A number from 0 to 255 is wanted here.");
-    settings.m_cHistoryOptions = static_cast<std::uint8_t>(nOptions);
-    return true;
+    return nMost == kMostInt
+               ? "A number of at least " + std::to_string(nLeast) + " is wanted here."
+               : "A number from " + std::to_string(nLeast) + " to " + std::to_string(nMost) + " is wanted here.";
 }
 
-bool ReadMostBlockCopies(CIEJobReading& in, const CIEJsonValue& value, TIESettings& settings)
+/// A whole number that has borders. One beyond them is written as the nearer border.
+template <auto pMember, int nLeast, int nMost>
+constexpr TIEJobField<TIESettings> Bounded(const char* pKey)
 {
-    int nCopies = 0;
-    if (!in.Read(value, nCopies))
-        return false;
-    if (nCopies < 0)
-        return in.Fail(value, "A number of at least 0 is wanted here.");
-    settings.m_nMostBlockCopies = nCopies;
-    return true;
+    return {pKey,
+            [](CIEJobWriting& out, const char* pName, const TIESettings& settings) {
+                TIESettings bounded = settings;
+                const int nValue = settings.*pMember;
+                if (nValue < nLeast || nValue > nMost) {
+                    bounded.*pMember = std::clamp(nValue, nLeast, nMost);
+                    out.NoteMended(pName, BordersReason(nLeast, nMost));
+                }
+                Value<TIESettings, pMember>("").m_pWrite(out, pName, bounded);
+            },
+            [](CIEJobReading& in, const CIEJsonValue& value, TIESettings& settings) {
+                int nValue = 0;
+                if (!in.Read(value, nValue))
+                    return false;
+                if (nValue < nLeast || nValue > nMost)
+                    return in.Fail(value, BordersReason(nLeast, nMost));
+                settings.*pMember = static_cast<std::decay_t<decltype(settings.*pMember)>>(nValue);
+                return true;
+            }};
 }
 
-/// Decimals of coordinates; -1 leaves their number to the form.
-template <int TIESettings::*pMember>
-bool ReadDecimals(CIEJobReading& in, const CIEJsonValue& value, TIESettings& settings)
-{
-    constexpr int kMostDecimals = 15; // more than a coordinate has digits
-    int nDecimals = 0;
-    if (!in.Read(value, nDecimals))
-        return false;
-    if (nDecimals < -1 || nDecimals > kMostDecimals)
-        return in.Fail(value, "A number from -1 to 15 is wanted here.");
-    settings.*pMember = nDecimals;
-    return true;
-}
-
+/// Decimals of coordinates; -1 leaves their number to the form. A coordinate has fewer digits than the most.
 template <int TIESettings::*pMember>
 constexpr TIEJobField<TIESettings> Decimals(const char* pKey)
 {
-    return {pKey, Value<TIESettings, pMember>("").m_pWrite, ReadDecimals<pMember>};
+    return Bounded<pMember, -1, 15>(pKey);
 }
 
 template <CString TIESettings::*pMember>
@@ -180,7 +191,14 @@ bool ReadEncoding(CIEJobReading& in, const CIEJsonValue& value, TIESettings& set
 template <CString TIESettings::*pMember>
 constexpr TIEJobField<TIESettings> Encoding(const char* pKey)
 {
-    return {pKey, Value<TIESettings, pMember>("").m_pWrite, ReadEncoding<pMember>};
+    return {pKey,
+            [](CIEJobWriting& out, const char* pName, const TIESettings& settings) {
+                if (CIETextWriter::IsEncoding(settings.*pMember))
+                    Value<TIESettings, pMember>("").m_pWrite(out, pName, settings);
+                else
+                    out.NoteMended(pName, "The system knows no encoding of this name; the default stands for it.");
+            },
+            ReadEncoding<pMember>};
 }
 
 constexpr TIEJobField<TIESettings> kSettingsFields[] = {
@@ -192,9 +210,9 @@ constexpr TIEJobField<TIESettings> kSettingsFields[] = {
     Value<TIESettings, &TIESettings::m_bAttrTypes>("attributeTypes"),
     Value<TIESettings, &TIESettings::m_bAttrQuotes>("attributeQuotes"),
     {"asciiFormat", WriteAsciiFormat, ReadAsciiFormat},
-    {"historyOptions", Value<TIESettings, &TIESettings::m_cHistoryOptions>("").m_pWrite, ReadHistoryOptions},
+    Bounded<&TIESettings::m_cHistoryOptions, 0, std::numeric_limits<std::uint8_t>::max()>("historyOptions"),
     {"dataTypes", WriteDataTypes, ReadDataTypes},
-    {"mostBlockCopies", Value<TIESettings, &TIESettings::m_nMostBlockCopies>("").m_pWrite, ReadMostBlockCopies},
+    Bounded<&TIESettings::m_nMostBlockCopies, 0, kMostInt>("mostBlockCopies"),
     Encoding<&TIESettings::m_strCodePage>("codePage"),
     Encoding<&TIESettings::m_strWriteEncoding>("writeEncoding"),
 };

@@ -9,7 +9,7 @@ namespace {
 class CIEJobWriter {
 public:
     CIEJobWriter(const CIEData& job, IIEJsonSink& sink, const CString& strFileName)
-        : m_Job(job), m_strFileName(strFileName), m_Out(job, sink)
+        : m_Job(job), m_Out(job, sink, strFileName)
     {
     }
 
@@ -20,10 +20,8 @@ private:
     void WriteObjects(const CIEDataset& dataset);
     void WriteSurfaces(const CIEDataset& dataset);
     void WriteAlignments(const CIEDataset& dataset);
-    void NoteLeftOut(EIENote eCode, const CString& strName, const char* pReason) const;
 
     const CIEData& m_Job;
-    const CString& m_strFileName;
     CIEJobWriting m_Out;
     /// Start points of the dataset's alignments and their places among the objects that were written. One that lies
     /// elsewhere is never looked into.
@@ -38,8 +36,10 @@ bool CIEJobWriter::Write()
     text.Text(JobParts::kMark);
     text.Key(JobParts::kVersionKey);
     text.Whole(JobParts::kVersion);
-    for (const JobParts::TSection& section : JobParts::Sections())
+    for (const JobParts::TSection& section : JobParts::Sections()) {
         section.m_pWrite(m_Out, section.m_pKey);
+        m_Out.NoteMendedIn(section.m_pKey);
+    }
     if (m_Job.GetCurDatasetID() > 0) {
         text.Key(JobParts::kCurrentKey);
         text.Whole(m_Job.GetCurDatasetID());
@@ -61,6 +61,7 @@ void CIEJobWriter::WriteDataset(const CIEDataset& dataset)
     m_Out.m_Text.Key("name");
     m_Out.m_Text.Text(dataset.GetName());
     JobParts::WriteHeader(m_Out, JobParts::kHeaderKey, dataset);
+    m_Out.NoteMendedIn(dataset.GetName());
     m_StartPoints.clear();
     for (int i = 0; const CIEAlignment* const pAlignment = dataset.GetAlignmentAt(i); ++i) {
         if (pAlignment->GetStartPoint())
@@ -70,6 +71,7 @@ void CIEJobWriter::WriteDataset(const CIEDataset& dataset)
     WriteSurfaces(dataset);
     WriteAlignments(dataset);
     JobParts::WriteJobHistory(m_Out, JobParts::kHistoryKey, dataset);
+    m_Out.NoteMendedIn(dataset.GetName());
     m_Out.m_Text.EndObject();
 }
 
@@ -82,10 +84,11 @@ void CIEJobWriter::WriteObjects(const CIEDataset& dataset)
     int nWritten = 0;
     for (int i = 0; const CIEObject* const pObject = dataset.GetObjectAt(i); ++i) {
         if (!JobParts::WriteObject(m_Out, *pObject)) {
-            NoteLeftOut(EIENote::JobObjectKind, pObject->GetName(),
-                        "Job documents have no word for objects of this kind.");
+            m_Out.Note(TIENote::LeftOut, EIENote::JobObjectKind, pObject->GetName(),
+                       "Job documents have no word for objects of this kind.");
             continue;
         }
+        m_Out.NoteMendedIn(pObject->GetName());
         const auto it = m_StartPoints.empty() ? m_StartPoints.end() : m_StartPoints.find(pObject);
         if (it != m_StartPoints.end())
             it->second = nWritten;
@@ -110,16 +113,25 @@ void CIEJobWriter::WriteSurfaces(const CIEDataset& dataset)
         for (int j = 0; const CIEStation* const pPosition = pSurface->GetPositionAt(j); ++j)
             JobParts::WriteStation(m_Out, *pPosition);
         text.EndArray();
+        std::int64_t nLost = 0;
         text.Key("triangles");
         text.BeginArray(CIEJsonText::Lines);
         for (int j = 0; const CIETriangle* const pTriangle = pSurface->GetTriangleAt(j); ++j) {
             text.BeginArray();
-            for (int k = 0; k < CIETriangle::kCorners; ++k)
-                text.Whole(pTriangle->GetPosition(k));
+            for (int k = 0; k < CIETriangle::kCorners; ++k) {
+                const int nPosition = pTriangle->GetPosition(k);
+                const bool bThere = nPosition >= -1 && nPosition < pSurface->GetNumberOfPositions();
+                text.Whole(bThere ? nPosition : -1);
+                nLost += !bThere;
+            }
             text.EndArray();
         }
         text.EndArray();
         text.EndObject();
+        m_Out.NoteMendedIn(pSurface->GetName());
+        if (nLost > 0)
+            m_Out.NoteMended(pSurface->GetName(), "Corners of triangles name no position and are written as missing.",
+                             nLost);
     }
     text.EndArray();
 }
@@ -134,16 +146,12 @@ void CIEJobWriter::WriteAlignments(const CIEDataset& dataset)
         const auto it = m_StartPoints.find(pAlignment->GetStartPoint());
         const int nStartPoint = it == m_StartPoints.end() ? -1 : it->second;
         if (pAlignment->GetStartPoint() && nStartPoint < 0)
-            NoteLeftOut(EIENote::JobStartPoint, pAlignment->GetName(),
-                        "The start point isn't in the alignment's dataset.");
+            m_Out.Note(TIENote::LeftOut, EIENote::JobStartPoint, pAlignment->GetName(),
+                       "The start point isn't in the alignment's dataset.");
         JobParts::WriteAlignment(m_Out, *pAlignment, nStartPoint);
+        m_Out.NoteMendedIn(pAlignment->GetName());
     }
     m_Out.m_Text.EndArray();
-}
-
-void CIEJobWriter::NoteLeftOut(EIENote eCode, const CString& strName, const char* pReason) const
-{
-    m_Job.Note(TIENote::LeftOut, eCode, m_strFileName, {}, strName, pReason);
 }
 
 } // namespace

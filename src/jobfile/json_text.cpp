@@ -23,10 +23,12 @@ bool IsPlain(char c)
     return c >= ' ' && c <= '~' && c != '"' && c != '\\';
 }
 
-void AppendEscaped(CString& out, std::string_view text)
+/// False if it had to be mended.
+bool AppendEscaped(CString& out, std::string_view text)
 {
     constexpr std::string_view kSigns = "\"\\bfnrt";
     constexpr std::string_view kMeanings = "\"\\\b\f\n\r\t";
+    bool bWhole = true;
     while (!text.empty()) {
         const std::size_t nLength = GetCharacterLength(text);
         const std::size_t nSign = kMeanings.find(text[0]);
@@ -39,7 +41,9 @@ void AppendEscaped(CString& out, std::string_view text)
         else
             out.append(text.substr(0, nLength));
         text.remove_prefix(std::max<std::size_t>(nLength, 1));
+        bWhole = bWhole && nLength != 0;
     }
+    return bWhole;
 }
 
 } // namespace
@@ -117,6 +121,7 @@ void CIEJsonText::End(char cBracket)
 void CIEJsonText::Number(double dValue)
 {
     StartValue();
+    m_nMended += !std::isfinite(dValue);
     const double dSize = std::fabs(dValue);
     if (dSize == 0.0 || (dSize >= kSmallestPlain && dSize < kLargestPlain) || !std::isfinite(dValue)) {
         IEUtils::AppendDouble(m_strBuffer, dValue, -1);
@@ -151,7 +156,7 @@ void CIEJsonText::AppendQuoted(std::string_view text)
     if (std::all_of(text.begin(), text.end(), [](char c) { return IsPlain(c); }))
         m_strBuffer.append(text);
     else
-        AppendEscaped(m_strBuffer, text);
+        m_nMended += !AppendEscaped(m_strBuffer, text);
     m_strBuffer.push_back('"');
 }
 

@@ -48,6 +48,9 @@ public:
     /// Bytes that aren't UTF-8 become U+FFFD.
     void Text(std::string_view text);
 
+    /// How many numbers and texts weren't what JSON can hold.
+    [[nodiscard]] std::int64_t GetMended() const { return m_nMended; }
+
     /// Hands what is left to the sink. False if any piece wasn't taken.
     bool Finish();
 
@@ -67,6 +70,7 @@ private:
     std::vector<TLevel> m_Levels;
     const char* m_pPendingKey = nullptr; // of an optional object without members so far
     EStyle m_ePendingStyle = Compact;
+    std::int64_t m_nMended = 0;
     bool m_bAfterKey = false;
     bool m_bTaken = true;
 };

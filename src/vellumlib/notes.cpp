@@ -84,6 +84,7 @@ constexpr TIENoteRow kRows[] = {
     {EIENote::JobGeographicArcs, "job.geographic-arcs", "Arcs of a geographic job can't be written as such."},
     {EIENote::JobGeographicSurfaces, "job.geographic-surfaces", "Surfaces of a geographic job can't be written as such."},
     {EIENote::JobLayer, "job.layer", "A layer isn't written."},
+    {EIENote::JobMended, "job.mended", "A job document can't hold a value, another one stands for it."},
     {EIENote::JobMiles, "job.miles", "The form has no miles."},
     {EIENote::JobName, "job.name", "The names of objects don't pass as they are."},
     {EIENote::JobNoHistory, "job.no-history", "The job has no history."},

@@ -215,6 +215,32 @@ TEST(JobFile, RandomJobsComeBack)
     }
 }
 
+TEST(JobFile, WhateverIsWrittenCanBeRead)
+{
+    CIELedger ledger;
+    for (unsigned nSeed = 1; nSeed <= 300; ++nSeed) {
+        CIEData job;
+        job.SetObserver(&ledger);
+        JobSamples::FillWildJob(job, nSeed);
+        const CString text = CIEJobFile::ToText(job);
+        CIEData back;
+        CIELedger none;
+        back.SetObserver(&none);
+        ASSERT_NO_FATAL_FAILURE(ReadGood(back, text)) << "seed " << nSeed;
+        const CString mendedText = CIEJobFile::ToText(back);
+        CIEData again;
+        ASSERT_NO_FATAL_FAILURE(ReadGood(again, mendedText)) << "seed " << nSeed;
+        ASSERT_EQ(CIEJobFile::ToText(again), mendedText) << "seed " << nSeed;
+        EXPECT_TRUE(none.IsEmpty()) << "nothing is left to mend";
+    }
+    std::set<CString> mended;
+    for (const TIENote& note : ledger.GetNotes())
+        mended.insert(note.GetWord() + (": " + note.m_strRecord));
+    for (const char* record : {"northDecimals", "heightDecimals", "mostBlockCopies", "codePage", "writeEncoding",
+                               "delimiter", "fields", "info", "l", "n"})
+        EXPECT_TRUE(mended.contains(CString("job.mended: ") + record)) << record;
+}
+
 TEST(JobFile, AnEmptyJobSaysNothing)
 {
     CIEData job;

@@ -5,6 +5,7 @@
 
 #include "alidade/vellumlib/alignment.h"
 
+#include <limits>
 #include <random>
 
 namespace JobSamples {
@@ -467,6 +468,40 @@ inline void FillRandomJob(CIEData& job, unsigned nSeed)
         }
     }
     job.SetCurDataset(random.Below(4));
+}
+
+/// The same with values that a document can't hold.
+inline void FillWildJob(CIEData& job, unsigned nSeed)
+{
+    FillRandomJob(job, nSeed);
+    CRandom random(nSeed);
+    ChangeSettings(job, [&](TIESettings& settings) {
+        const char16_t delimiters[] = {u'-', u'.', u'+', u'7', u'\0', u'\n', u'\t', u';', char16_t{0xD800}, u'\u00E9'};
+        settings.m_nNorthDecimals = random.Below(40) - 20;
+        settings.m_nHeightDecimals = random.Below(40) - 20;
+        settings.m_nMostBlockCopies = random.Below(3) - 1;
+        settings.m_strCodePage = random.OneIn(2) ? random.Text() : "CP1250";
+        settings.m_strWriteEncoding = random.OneIn(2) ? random.Text() : "UTF-16LE";
+        settings.m_pAsciiFormat = std::make_unique<TIEAsciiFormat>();
+        settings.m_pAsciiFormat->m_cDelimiter = delimiters[random.Below(static_cast<int>(std::size(delimiters)))];
+        settings.m_pAsciiFormat->m_Fields.push_back(static_cast<IEAsciiFields::EType>(random.Below(60) - 5));
+    });
+    const double odd[] = {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(), 1.0};
+    const auto number = [&] { return odd[random.Below(3)]; };
+    CIEDataset& dataset = *job.GetCurDataset(true);
+    AddPoint(dataset, random.OneIn(2) ? "\xC3" : "n", number(), number(), number());
+    CIECodeDescription* const pCode = AddCode(job, "wild", {CIEAttrDescription("\xFF"), CIEAttrDescription("\xFE")});
+    GiveCode(AddLine<CIEPolyLine>(dataset, "l", {CIEStation(number(), 1, number())}), pCode, {"x", "\x80y"});
+    AddPoint(dataset, "none").AddCode(CIECodeValues(nullptr));
+    CIESurface& surface = *dataset.Add(std::make_unique<CIESurface>());
+    surface.AddPosition(CIEStation(number(), 0, 0));
+    CIETriangle triangle;
+    for (int i = 0; i < CIETriangle::kCorners; ++i)
+        triangle.SetPosition(i, random.Below(6) - 3);
+    surface.AddTriangle(triangle);
+    CIEAlignment& road = *dataset.Add(std::make_unique<CIEAlignment>());
+    road.SetStaStart(number());
+    job.GetJobInfo()->SetTemperature(number(), 1);
 }
 
 } // namespace JobSamples

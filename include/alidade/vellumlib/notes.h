@@ -89,6 +89,7 @@ enum class EIENote : int {
     JobGeographicArcs,
     JobGeographicSurfaces,
     JobLayer,
+    JobMended,
     JobMiles,
     JobName,
     JobNoHistory,
