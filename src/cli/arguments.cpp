@@ -153,7 +153,7 @@ void AddJobOptions(CLI::App& command, TJobOptions& options, const std::string& p
     command
         .add_option(dashes + "most-copies", options.m_nMostCopies,
                     "Objects that the block references of a drawing may make (" +
-                        std::to_string(TIESettings().m_nMostBlockCopies) + ")")
+                        std::to_string(TIESettings().m_nMostBlockCopies) + ", or what memory allows)")
         ->check(CLI::NonNegativeNumber)
         ->type_name("N");
     AddEncoding(command, dashes + "encoding", options.m_Encoding,

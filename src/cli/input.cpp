@@ -145,6 +145,9 @@ EExit ReadInput(CIEData& job, const std::string& strFile, const TForm& form, con
     if (eExit == EExit::BadContent && eResult == IE_BAD_CONTENT)
         return messages.Fail(eExit, fmt::format("{}: its content isn't of the form {}{}", strFile, form.Describe(),
                                                 problem.empty() ? "" : ": " + problem));
+    if (eResult == IE_OUT_OF_MEMORY && watch.GetLedger().GetCount(EIENote::DrawingTooManyCopies) > 0)
+        return messages.Fail(eExit, strFile + " wasn't read to its end: its block references make too many copies "
+                                              "(--most-copies)");
     return messages.Fail(eExit,
                          fmt::format("{} {}{}", strFile, ExplainImport(eExit == EExit::Stopped ? IE_STOPPED : eResult),
                                      problem.empty() ? "" : ": " + problem));

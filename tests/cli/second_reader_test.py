@@ -18,7 +18,8 @@ except ImportError:
 
 from program import CONTENT, DONE, OUTPUT, ROOT, ProgramTest
 
-CORPUS = os.path.join(os.environ.get("ALIDADE_CORPUS") or os.path.join(ROOT, "../shared/corpus"), "dxf")
+COLLECTION = os.environ.get("ALIDADE_CORPUS") or os.path.join(ROOT, "../shared/corpus")
+CORPUS = os.path.join(COLLECTION, "dxf")
 KEYS = ("points", "lines", "line vertices", "polygons", "polygon vertices", "arcs", "faces", "layers")
 
 # what the second reader can't read, and why
@@ -173,14 +174,15 @@ class Drawings(ProgramTest):
 
     @unittest.skipUnless(os.path.isdir(CORPUS), f"there is no folder {CORPUS}")
     def test_both_readers_find_the_same(self):
-        names = sorted(name for name in os.listdir(CORPUS) if name.endswith(".dxf"))
-        self.assertGreater(len(names), 0)
-        for name in names:
+        paths = [os.path.join(folder, name) for folder in (CORPUS, os.path.join(COLLECTION, "dxf-binary"))
+                 for name in sorted(os.listdir(folder)) if name.endswith(".dxf")]
+        self.assertGreater(len(paths), 0)
+        for path in paths:
+            name = os.path.basename(path)
             if name in UNREADABLE:
                 print(f"skipped: {name}: the second reader can't read it: {UNREADABLE[name]}", file=sys.stderr)
                 continue
-            with self.subTest(name):
-                path = os.path.join(CORPUS, name)
+            with self.subTest(path):
                 second = Second(open_second(path))
                 job = self.read_drawing(path)
                 ours = count(shapes_of(job, lambda _: True), triangles_of(job))

@@ -40,7 +40,7 @@ std::unique_ptr<CIEImporter> MakeImporter(CIEData* pData, const CString& strFile
 constexpr TIEFormatRow kRows[] = {
     {kIn,  4, "dxf", "DXF drawing", "dxf dxb", kReadDrawing,
      "X is east, Y is north, in the job's units; a drawing whose header tells others is noted. Points, lines, polylines, arcs, 3D "
-     "faces and layers; attributes of block references become codes.",
+     "faces and layers; attributes of block references become codes. The binary form is read with this program's mark and with the usual one.",
      MakeImporter, nullptr, Recognize},
     {kOut, 4, "dxf", "DXF drawing", "dxf dxb", kDxfWriteCarries,
      "X is east, Y is north; 6 decimals in the job's units, latitude and longitude in degrees. A file holds one dataset, the current "

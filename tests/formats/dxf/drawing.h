@@ -49,6 +49,38 @@ inline CString ToBinary(std::string_view groups)
     return bytes;
 }
 
+/// The binary form of other programs, with codes of one byte as in old drawings, or of two.
+inline CString ToOtherBinary(std::string_view groups, bool bNarrow)
+{
+    CString bytes(kSentinel);
+    bytes[20] = '\x1A';
+    ForEachGroup(groups, [&](std::string_view code, std::string_view value) {
+        const int nCode = IEUtils::StringToInt(code);
+        const bool bOneByte = bNarrow && nCode < 255;
+        if (bNarrow && !bOneByte)
+            bytes += '\xFF';
+        LittleEndian::Append(bytes, static_cast<std::uint64_t>(nCode), bOneByte ? 1 : 2);
+        const auto appendInt = [&](int nBytes) {
+            LittleEndian::Append(bytes, static_cast<std::uint64_t>(IEUtils::StringToInt(value)), nBytes);
+        };
+        if ((nCode >= 10 && nCode <= 59) || nCode == 210 || nCode == 1010)
+            LittleEndian::AppendDouble(bytes, IEUtils::StringToDouble(value));
+        else if ((nCode >= 60 && nCode <= 79) || nCode == 370)
+            appendInt(2);
+        else if (nCode == 90 || nCode == 420 || nCode == 1071)
+            appendInt(4);
+        else if (nCode == 160)
+            appendInt(8);
+        else if (nCode == 290)
+            appendInt(1);
+        else if (nCode == 310 || nCode == 1004)
+            (bytes += static_cast<char>(value.size())) += value;
+        else
+            (bytes += value) += '\0';
+    });
+    return bytes;
+}
+
 /// A whole drawing; empty parts are left out.
 inline CString Make(const CString& entities, const CString& blocks = {}, const CString& tables = {},
                     const CString& header = {})

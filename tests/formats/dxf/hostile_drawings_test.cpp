@@ -157,6 +157,31 @@ TEST_F(HostileDrawingsTest, ValuesOfAttributesCountAsCopies)
     }
 }
 
+/// Each of the references has a tag of its own, which is one more attribute of the drawing's code: empty values stand
+/// ahead of it.
+TEST_F(HostileDrawingsTest, EmptyValuesAreBoundedByTheSizeOfTheDrawing)
+{
+    CString references = "0 POINT";
+    for (int i = 0; i < 4000; ++i)
+        references += "|0 INSERT|2 A|0 ATTRIB|2 T" + std::to_string(i) + "|1 X|0 SEQEND";
+    CIEData job;
+    EXPECT_EQ(Import(job, ToText(Make(references, "0 BLOCK|2 A|0 POINT|0 ENDBLK"))), IE_OK);
+    EXPECT_EQ(job.GetNumberOfObjectsInAllDatasets(), 4002);
+    EXPECT_GT(m_Ledger.GetCount(EIENote::DrawingAttributes), 2000);
+    EXPECT_LT(job.GetIEDataDictionary()->GetCodeDescriptionAt(0)->GetSize(), 1500);
+}
+
+TEST_F(HostileDrawingsTest, LittleMemoryLimitsCopies)
+{
+    Platform::SetFreeMemory([] { return std::uint64_t{8} << 20; });
+    CIEData job;
+    EXPECT_EQ(Import(job, ToText(MakeNest(10, 10))), IE_OUT_OF_MEMORY);
+    Platform::SetFreeMemory({});
+    EXPECT_LT(job.GetNumberOfObjectsInAllDatasets(), 20'000);
+    ASSERT_EQ(m_Ledger.GetCount(EIENote::DrawingTooManyCopies), 1);
+    EXPECT_NE(m_Ledger.GetNotes()[0].m_strReason.find("there is memory for"), CString::npos);
+}
+
 TEST_F(HostileDrawingsTest, LongNamesOfBlocks)
 {
     const CString strName = CString(254, 'N') + "\u00C4" + CString(1000, 'N');
@@ -220,7 +245,7 @@ TEST_F(HostileDrawingsTest, LittleMemoryEndsTheRunWithinASection)
     CString entities = "0 POINT";
     for (int i = 0; i < 3000; ++i)
         entities += "|0 POINT";
-    Platform::SetFreeMemory([nAsked = 0]() mutable { return ++nAsked < 3 ? std::uint64_t{1} << 40 : 4096; });
+    Platform::SetFreeMemory([nAsked = 0]() mutable { return ++nAsked < 4 ? std::uint64_t{1} << 40 : 4096; });
     CIEData job;
     EXPECT_EQ(Import(job, ToText(Make(entities))), IE_OUT_OF_MEMORY);
     Platform::SetFreeMemory({});

@@ -69,7 +69,7 @@ TEST_F(DxfImporterTest, Entities)
         {"a face that stands", "0 3DFACE|10 0|11 10|12 10|32 5|33 5", "face 0 0 0 | 0 10 0 | 0 10 5\n",
          "19:drawing.fourth-corner"},
         {"a word in a value ends the section", "0 TEXT|1 EndSec|0 POINT|10 1", "",
-         "19:drawing.entity 23:drawing.entity 21:drawing.word"},
+         "21:drawing.word 19:drawing.entity 23:drawing.entity"},
         {"what the job has nothing for", "0 TEXT|1 x|0 CIRCLE|40 1|0 TEXT|1 y|0 SPLINE|10 3|0 POINT", "point  0 0 0\n",
          "19:drawing.entity 23:drawing.entity 31:drawing.entity"},
         {"a plane of its own",
@@ -85,7 +85,17 @@ TEST_F(DxfImporterTest, Entities)
         {"a face of three corners", "0 3DFACE|10 1|20 1|11 2|21 1|12 2|22 2|283 1|1003 X",
          "face 1 1 0 | 1 2 0 | 2 2 0\n", ""},
         {"a word in a value begins an entity", "0 TEXT|8 Line|10 1|20 2|1 ENDSEC", "line  2 1 0 | 0 0 0\n",
-         "19:drawing.entity 21:drawing.word"},
+         "21:drawing.word 19:drawing.entity"},
+        {"line types beyond the ordinary ones", "0 LINE|6 Hidden|0 LINE|6 bylayer|0 ARC|6 Fence|0 POINT|6 FENCE",
+         "line  0 0 0 | 0 0 0 DASHED\nline  0 0 0 | 0 0 0\narc  0 0 0 r 0 0 0 Continuous\npoint  0 0 0\n",
+         "19:drawing.line-type"},
+        {"widths that vary",
+         "0 POLYLINE|40 1|41 1|0 VERTEX|40 1|0 VERTEX|10 1|41 1|0 SEQEND|0 POLYLINE|0 VERTEX|0 VERTEX|10 1|40 2|0 "
+         "SEQEND|0 LWPOLYLINE|10 1|20 1|40 1|41 2",
+         "line  0 0 0 | 0 1 0 width 10\nline  0 0 0 | 0 1 0\nline  1 1 0 width 20\n", "37:drawing.widths"},
+        {"how faces are drawn", "0 3DFACE|8 0|11 1|22 1|0 3DFACE|8 WALLS|11 1|22 1|0 3DFACE|62 1|11 1|22 1",
+         "face 0 0 0 | 0 1 0 | 1 0 0\nface 0 0 0 | 0 1 0 | 1 0 0\nface 0 0 0 | 0 1 0 | 1 0 0\n",
+         "27:drawing.face-drawing"},
         {"a word as a value of an entity doesn't", "0 POINT|8 LINE|6 ENDSEC|10 1", "point  0 1 0\n",
          "19:drawing.no-layer"},
         {"numbers that aren't", "0 POINT|10 abc|20 1.5m|30 |62 1.9|0 POINT|62 3 ",
@@ -217,6 +227,13 @@ TEST_F(DxfImporterTest, BlocksAndReferences)
          "0 INSERT|2 POINT",
          "*point POINT 4 3 5\n*line POINT 0 0 0 | 0 1 0\npoint POINT 4 3 5\nline POINT 0 0 0 | 0 1 0\n",
          "drawing.word"},
+        {"what parts leave to the reference",
+         "0 BLOCK|2 A|10 0|20 0|30 0|0 LINE|62 0|11 1|0 ENDBLK|0 BLOCK|2 B|10 0|20 0|30 0|0 INSERT|2 A|62 0|0 ENDBLK|"
+         "0 BLOCK|2 C|10 0|20 0|30 0|0 LINE|11 2|0 ENDBLK",
+         "0 INSERT|2 B|62 3|0 INSERT|2 A|6 DASHED|0 INSERT|2 C|62 3",
+         "*line A 0 0 0 | 0 1 0\n*line B 0 0 0 | 0 1 0\n*line C 0 0 0 | 0 2 0\nline B 0 0 0 | 0 1 0\n"
+         "line A 0 0 0 | 0 1 0\nline C 0 0 0 | 0 2 0\n",
+         "drawing.by-block"},
         {"faces of a block", "0 BLOCK|2 F|10 5|20 5|30 5|0 3DFACE|11 1|22 1|0 ENDBLK", "0 INSERT|2 F",
          "face 0 0 0 | 0 1 0 | 1 0 0\n", "drawing.block-face drawing.insert-empty"},
     };
@@ -360,7 +377,7 @@ TEST_F(DxfImporterTest, FilesOfOtherShapes)
          "result -9\npoint  0 0 0\n", "11:drawing.cut"},
         {"words in a section that is left out",
          ToText("0 SECTION|2 OBJECTS|1 SECTION|2 OBJECTS|1 EOF|0 SECTION|2 ENTITIES|0 POINT|0 ENDSEC"), "",
-         "3:drawing.section 5:drawing.word"},
+         "5:drawing.word 3:drawing.section"},
         {"tables that end in one of line types",
          ToText("0 SECTION|2 TABLES|0 TABLE|2 LTYPE|0 SECTION|2 BLOCKS|0 ENDSEC|0 SECTION|2 ENTITIES|0 POINT|0 "
                 "ENDSEC|0 EOF"),
@@ -400,7 +417,7 @@ TEST_F(DxfImporterTest, FilesOfOtherShapes)
          "0:drawing.broken"},
         {"binary, broken between its sections", ToBinary("0 SECTION|2 ENTITIES|0 POINT|0 ENDSEC|-1 |0 EOF"),
          "result -9\npoint  0 0 0\n", "0:drawing.broken"},
-        {"binary of the other kind", "AutoCAD Binary DXF\r\n\x1A" + CString(1, '\0') + "\0\0SECTION", "result -9\n",
+        {"binary of an unknown kind", "AutoCAD Binary DXF\r\n\x17" + CString(1, '\0') + "\0\0SECTION", "result -9\n",
          "2:drawing.other-binary"},
     };
     for (const auto& row : rows) {

@@ -63,7 +63,7 @@ protected:
             if (token.m_nCode == -1 && token.m_eToken == TToken::END_OF_FILE)
                 break;
             const EKind eKind =
-                reader.IsBinary() ? KindOf(token.m_nCode, kBinaryForm) : KindOf(token.m_nCode, kTextForm);
+                !reader.HasAllValues() ? KindOf(token.m_nCode, kBinaryForm) : KindOf(token.m_nCode, kTextForm);
             text += Describe(token, eKind) + " ";
         }
         EXPECT_EQ(reader.ReadToken().m_eToken, TToken::END_OF_FILE) << "it stays at the end";
@@ -231,10 +231,21 @@ TEST_F(DxfReaderTest, BinaryForm)
     }
 }
 
-TEST_F(DxfReaderTest, TheUsualBinaryMarkIsNotThisOne)
+/// Each code has the value that it has in text form, and each cut ends with the last whole group.
+TEST_F(DxfReaderTest, TheBinaryFormOfOthers)
 {
+    const CString groups = "999 Made|0 Line|8 a|10 1.5|62 -3|70 258|90 70000|160 5|210 2.5|290 1|310 \x01\x02|330 1F|"
+                           "370 -2|420 65280|1000 Note|1004 xyz|1010 3|1071 -9|1 End";
+    const CString expected = "999'MADE' 0#23'LINE' 8'A' 10=1.5 62=-3 70=258 90=70000 160 210=2.5 290=1 310'' 330'1F' "
+                             "370=-2 420=65280 1000'NOTE' 1004'' 1010=3 1071=-9 1'END' ";
+    for (const bool bNarrow : {false, true}) {
+        const CString bytes = Drawing::ToOtherBinary(groups, bNarrow);
+        EXPECT_EQ(Read(bytes), expected) << bNarrow;
+        for (std::size_t nCut = 22; nCut < bytes.size(); ++nCut)
+            EXPECT_TRUE(expected.starts_with(Read(bytes.substr(0, nCut)))) << nCut;
+    }
     CString bytes = Drawing::ToBinary("0 LINE");
-    bytes[20] = '\x1A';
+    bytes[20] = '\x17';
     WriteFile(m_strFile, bytes);
     CDXFReader reader;
     ASSERT_TRUE(reader.Open(m_strFile));

@@ -12,6 +12,8 @@ constexpr int kFirstY = 20;
 constexpr int kFirstZ = 30;
 constexpr int kElevation = 38;
 constexpr int kRadius = 40;
+constexpr int kStartWidth = 40;
+constexpr int kEndWidth = 41;
 constexpr int kBulge = 42;
 constexpr int kStartAngle = 50;
 constexpr int kEndAngle = 51;
@@ -219,6 +221,8 @@ bool CDXFImporter::Polyline(const CString& strBlock, const TBase& base, TToken& 
     pLine->ReserveStations(kUsualVertices);
     m_pRun->AddObject(std::move(pNew), entity, strBlock, m_pRun->MakeLineProperties(entity));
     m_pRun->m_bRefusedVertex = false;
+    m_pRun->m_dPolylineWidth = entity.m_GroundWidth.value_or(0);
+    m_pRun->m_bPolylineVaries = entity.m_bWidthVaries;
     while (token.m_eToken == TToken::VERTEX) {
         if (Vertex(pLine, base, token))
             continue;
@@ -236,6 +240,8 @@ bool CDXFImporter::Polyline(const CString& strBlock, const TBase& base, TToken& 
     } else if (*pLine->GetStation(0) == *pLine->GetStation(pLine->GetNumberOfStations() - 1)) {
         m_pRun->m_pDataset->TransformLineToPolygon(pLine); // a polygon stays what it is
     }
+    if (m_pRun->m_bPolylineVaries)
+        m_pRun->m_Tally.Count(CDXFTally::Widths, entity.m_Place);
     return true;
 }
 
@@ -249,6 +255,8 @@ bool CDXFImporter::Vertex(CIEPolyLine* pLine, const TBase& base, TToken& token)
             m_pRun->m_Tally.Count(CDXFTally::Bulge, *m_pReader);
         if (group.m_nCode == kFlags)
             nFlags = group.m_Value.m_nValue;
+        if (group.m_nCode == kStartWidth || group.m_nCode == kEndWidth)
+            m_pRun->m_bPolylineVaries |= group.m_Value.m_dValue != m_pRun->m_dPolylineWidth;
         m_pRun->TakeCorner(group, entity, places, base);
     };
     if (!m_pRun->ReadEntity(token, entity, TRun::NoWidths, take))
@@ -310,6 +318,8 @@ bool CDXFImporter::LWPolyline(const CString& strBlock, const TBase& base, TToken
     if (entity.m_bDropped)
         return true;
     m_pRun->CountExtrusion(entity);
+    if (entity.m_bWidthVaries)
+        m_pRun->m_Tally.Count(CDXFTally::Widths, entity.m_Place);
     if (bElevated)
         m_pRun->m_Tally.Count(CDXFTally::Elevation, entity.m_Place);
     if (entity.m_bRefused)
@@ -373,6 +383,8 @@ bool CDXFImporter::Surface(TToken& token)
     const int nSpare = FindSpareCorner(corners, bTwice);
     if (!bTwice && bFourth)
         m_pRun->m_Tally.Count(CDXFTally::FourthCorner, entity.m_Place);
+    if (entity.m_nColor > 0 || (!entity.m_strLayer.empty() && entity.m_strLayer != "0"))
+        m_pRun->m_Tally.Count(CDXFTally::FaceDrawing, entity.m_Place);
     if (!m_bInEntities)
         m_pRun->m_Tally.Count(CDXFTally::BlockFace, entity.m_Place);
     CIESurface* pSurface = m_pRun->m_pDataset->GetSurfaceAt(0);

@@ -188,14 +188,14 @@ bool CDXFImporter::TableLayer(TToken& token)
             nFlags = token.m_Value.m_nValue;
             break;
         case kTrueColor:
-            if (!m_pReader->IsBinary())
+            if (m_pReader->HasAllValues())
                 m_pRun->m_Tally.Count(CDXFTally::TrueColor, place);
             break;
         case kPlotted:
-            bPlotted = m_pReader->IsBinary() || token.m_Value.m_nValue != 0;
+            bPlotted = !m_pReader->HasAllValues() || token.m_Value.m_nValue != 0;
             break;
         case kLineWeight:
-            if (!m_pReader->IsBinary())
+            if (m_pReader->HasAllValues())
                 dWeight = token.m_Value.m_nValue;
             break;
         case kNotes:
@@ -212,6 +212,7 @@ bool CDXFImporter::TableLayer(TToken& token)
     const bool bPlot = nFlags != kFrozen && nFlags != kFrozenInViews;
     if (bPlot && (!bPlotted || (nFlags & kFrozen) != 0))
         m_pRun->m_Tally.Count(CDXFTally::LayerState, place);
+    m_pRun->CountLineType(strLineType, place);
     auto pLayer = std::make_unique<CIELayer>(std::move(strName));
     pLayer->SetNotes(std::move(strNotes));
     pLayer->SetActiveStatus(nColor >= 0);

@@ -27,6 +27,8 @@ constexpr std::string_view kCodeString = "CODESTRING";
 constexpr std::size_t kMostAttributes = 1000;
 /// A code with more attributes than this is searched by hash.
 constexpr int kFewAttributes = 16;
+/// Of a code, and kept for every object whatever empty values stand ahead of them.
+constexpr int kFreeAttributes = 32;
 
 bool IsFinite(const CIEObject& object)
 {
@@ -127,6 +129,7 @@ bool CDXFImporter::Insert(const CString& strBlock, TToken& token)
     if (nEnd == nFirst)
         return true;
     m_pRun->CountExtrusion(entity);
+    m_pRun->CountByBlock(reference, entity, m_bInEntities ? CString() : strBlock);
     for (const auto& [bHolds, eLoss] : {std::pair(bTurned, CDXFTally::InsertAngle),
                                         {bArray, CDXFTally::InsertArray},
                                         {!m_bInEntities && m_pRun->m_bMovedBlock, CDXFTally::NestedBase}}) {
@@ -136,6 +139,7 @@ bool CDXFImporter::Insert(const CString& strBlock, TToken& token)
     if (!names.empty()) {
         m_pRun->m_ReferencePlace = entity.m_Place;
         AddCodeToDataDictionary(names, types, values);
+        m_pRun->TakeGaps(nEnd - nFirst);
         for (int i = nFirst; i < nEnd; ++i) {
             if (!m_pRun->MayGoOn())
                 return false;
@@ -147,6 +151,17 @@ bool CDXFImporter::Insert(const CString& strBlock, TToken& token)
         }
     }
     return true;
+}
+
+void CDXFImporter::TRun::CountByBlock(const TReference& reference, const TEntity& entity, const CString& strBlock)
+{
+    const auto found = m_ByBlock.find(reference.m_strName);
+    if (found == m_ByBlock.end())
+        return;
+    if ((found->second & entity.m_nTold) != 0)
+        m_Tally.Count(CDXFTally::ByBlock, entity.m_Place);
+    if (const unsigned nPassedOn = found->second & entity.m_nByBlock; nPassedOn != 0 && !strBlock.empty())
+        m_ByBlock[strBlock] |= nPassedOn;
 }
 
 /// Copies what the block holds at that moment and, should it be the block that the reference stands in, what it comes
@@ -233,7 +248,9 @@ void CDXFImporter::AddCodeToDataDictionary(const CStringArray& names, const TTyp
     targets.clear();
     for (std::size_t i = 0; i < names.size(); ++i) {
         const TRun::TTarget target = m_pRun->FindTarget(names[i], types[i], values[i]);
-        if (!target.m_pCode) {
+        if (target.m_bBeyond) {
+            m_pRun->m_Tally.Count(CDXFTally::Attribute, m_pRun->m_ReferencePlace);
+        } else if (!target.m_pCode) {
             m_pRun->m_Tally.Count(CDXFTally::CodeName, m_pRun->m_ReferencePlace);
         } else if (target.m_nAttribute >= 0) {
             const auto same = std::find(targets.begin(), targets.end(), target);
@@ -262,6 +279,23 @@ void CDXFImporter::TRun::CountTargetParts(const CStringArray& values)
     m_nTargetParts += m_nTargetGaps + kPartsOfCode * static_cast<std::int64_t>(valuesOfCodes.size());
 }
 
+/// Leaves out the attributes of a reference that would make more empty values than there may be.
+void CDXFImporter::TRun::TakeGaps(int nObjects)
+{
+    m_nGaps -= m_nTargetGaps * nObjects;
+    if (m_nGaps >= 0)
+        return;
+    m_nGaps += m_nTargetGaps * nObjects;
+    m_nTargetParts -= m_nTargetGaps;
+    m_nTargetGaps = 0;
+    for (TTarget& target : m_Targets) {
+        if (target.m_nAttribute >= kFreeAttributes) {
+            m_Tally.Count(CDXFTally::Attribute, m_ReferencePlace);
+            target = {};
+        }
+    }
+}
+
 CDXFImporter::TRun::TTarget CDXFImporter::TRun::FindTarget(std::string_view name, CIEAttrDescription::EType eType,
                                                            const CString& strValue)
 {
@@ -281,11 +315,14 @@ CDXFImporter::TRun::TTarget CDXFImporter::TRun::FindTarget(std::string_view name
     if (attribute != kCodeName && attribute != kCodeString) {
         const int nAttribute = TakeAttribute(*target.m_pCode, attribute, eType);
         target.m_nAttribute = target.m_bCodeString ? -1 : nAttribute;
+        if (nAttribute < 0 && !target.m_bCodeString)
+            return {.m_bBeyond = true};
     }
     return target;
 }
 
-/// Index of the code's attribute of that name, which is added if it isn't there.
+/// Index of the code's attribute of that name, which is added if it isn't there; -1 if that would make too many empty
+/// values.
 int CDXFImporter::TRun::TakeAttribute(CIECodeDescription& code, std::string_view attribute,
                                       CIEAttrDescription::EType eType)
 {
@@ -304,6 +341,8 @@ int CDXFImporter::TRun::TakeAttribute(CIECodeDescription& code, std::string_view
     }
     if (nIndex >= 0)
         return nIndex;
+    if (code.GetSize() >= kFreeAttributes && m_nGaps < code.GetSize())
+        return -1;
     code.AddAttrDescription(CIEAttrDescription(CString(attribute), eType));
     if (pNames)
         pNames->try_emplace(CString(attribute), code.GetSize() - 1);

@@ -2,6 +2,7 @@
 
 #include "alidade/platform/file.h"
 #include "alidade/vellumlib/utils.h"
+#include "platform/dxf_groups.h"
 #include "vellumlib/little_endian.h"
 
 #include <algorithm>
@@ -14,13 +15,18 @@ namespace {
 
 /// What a binary file begins with; its last zero counts.
 constexpr std::string_view kSentinel("AutoCAD Binary DXF\r\n\x16\0", 22);
-/// So much of it other binary forms have too.
+/// What the binary form of other programs begins with.
+constexpr std::string_view kOtherSentinel("AutoCAD Binary DXF\r\n\x1A\0", 22);
+static_assert(kOtherSentinel.size() == kSentinel.size());
+/// So much of it all binary forms have.
 constexpr std::size_t kSharedSentinel = 20;
+constexpr unsigned char kWideCode = 0xFF; ///< of a code that has two bytes more, where codes have one
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 /// Two lines with their ends.
 constexpr std::size_t kLongestGroup = 2 * (CDXFReader::kLongestLine + 2);
 
+/// What this reader makes of a value: not all that a drawing can hold, and words of what isn't known.
 enum class EValue : std::uint8_t { None, Word, Text, Double, Int };
 
 struct TCodes {
@@ -100,6 +106,34 @@ void RaiseLetters(char* pText, bool bShiftJis)
     }
 }
 
+/// Whether codes have one byte, by the bytes of the first group, which is of a section or a comment.
+bool IsNarrow(std::string_view bytes)
+{
+    return bytes.size() > 1 &&
+           (static_cast<unsigned char>(bytes[0]) == kWideCode || (bytes[0] == '\0' && bytes[1] != '\0'));
+}
+
+std::size_t SizeOf(DXFGroup::EValue eValue)
+{
+    switch (eValue) {
+    case DXFGroup::EValue::Bool:
+        return 1;
+    case DXFGroup::EValue::Int16:
+        return 2;
+    case DXFGroup::EValue::Int32:
+        return 4;
+    default:
+        return 8;
+    }
+}
+
+/// A whole number, its lowest byte first.
+std::int64_t ReadSigned(std::string_view bytes)
+{
+    const std::size_t nFree = 64 - 8 * bytes.size(); // bits
+    return static_cast<std::int64_t>(LittleEndian::Read(bytes) << nFree) >> nFree;
+}
+
 /// "inf" and "nan" in any case.
 bool IsNumberWord(std::string_view text)
 {
@@ -149,10 +183,15 @@ bool CDXFReader::Open(const std::string& strName)
     auto pFile = std::make_shared<TFile>();
     if (!pFile->m_Reader.Open(strName))
         return false;
-    const std::string_view head = pFile->m_Reader.Peek(kSentinel.size());
-    m_bBinary = head.starts_with(kSentinel);
-    m_bForeignBinary = !m_bBinary && head.starts_with(kSentinel.substr(0, kSharedSentinel));
-    if (m_bBinary)
+    const std::string_view head = pFile->m_Reader.Peek(kSentinel.size() + 2);
+    m_bForeignBinary = false;
+    if (head.starts_with(kSentinel))
+        m_eForm = EForm::OwnBinary;
+    else if (head.starts_with(kOtherSentinel))
+        m_eForm = IsNarrow(head.substr(kSentinel.size())) ? EForm::NarrowBinary : EForm::WideBinary;
+    else
+        m_bForeignBinary = head.starts_with(kSentinel.substr(0, kSharedSentinel));
+    if (m_eForm != EForm::Text)
         pFile->GoTo(kSentinel.size());
     else
         pFile->GoTo(head.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0);
@@ -167,7 +206,8 @@ bool CDXFReader::Close()
         m_pFile->m_bOpen = false;
     }
     m_pFile.reset();
-    m_bBinary = m_bForeignBinary = false;
+    m_eForm = EForm::Text;
+    m_bForeignBinary = false;
     return true;
 }
 
@@ -178,7 +218,16 @@ TToken CDXFReader::ReadToken()
     if (!m_pFile || !m_pFile->m_bOpen)
         return {};
     m_pFile->m_nTokenOffset = m_pFile->Position();
-    return m_bBinary ? ReadBinaryToken() : ReadTextToken();
+    switch (m_eForm) {
+    case EForm::OwnBinary:
+        return ReadBinaryToken();
+    case EForm::WideBinary:
+    case EForm::NarrowBinary:
+        return ReadOtherBinaryToken();
+    case EForm::Text:
+        break;
+    }
+    return ReadTextToken();
 }
 
 /// What is left isn't enough for a group.
@@ -371,6 +420,80 @@ TToken CDXFReader::ReadBinaryToken()
     return bRead ? token : EndToken();
 }
 
+bool CDXFReader::TakeBytes(std::size_t nCount, std::string_view& bytes)
+{
+    if (!NeedBytes(nCount))
+        return false;
+    bytes = {m_pFile->m_pAt, nCount};
+    m_pFile->m_pAt += nCount;
+    return true;
+}
+
+bool CDXFReader::ReadOtherCode(std::int32_t& nCode)
+{
+    std::string_view bytes;
+    if (m_eForm == EForm::NarrowBinary) {
+        if (!TakeBytes(1, bytes))
+            return false;
+        nCode = static_cast<unsigned char>(bytes[0]);
+        if (nCode != kWideCode)
+            return true;
+    }
+    if (!TakeBytes(2, bytes))
+        return false;
+    nCode = static_cast<std::int32_t>(ReadSigned(bytes)) & 0xFFFF;
+    return true;
+}
+
+/// The binary form of other programs. A value is what it is in text form.
+TToken CDXFReader::ReadOtherBinaryToken()
+{
+    TToken token;
+    if (!ReadOtherCode(token.m_nCode))
+        return EndToken();
+    const DXFGroup::EValue eStored = DXFGroup::ValueOf(token.m_nCode);
+    const EValue eValue = ValueOf(token.m_nCode);
+    std::string_view bytes;
+    std::int64_t nValue = 0;
+    double dValue = 0.0;
+    bool bRead = false;
+    m_szBuffer[0] = '\0';
+    switch (eStored) {
+    case DXFGroup::EValue::Text:
+    case DXFGroup::EValue::Handle:
+        bRead = ReadBinaryString(m_szBuffer);
+        if (eValue == EValue::Int)
+            nValue = ReadInt(m_szBuffer);
+        break;
+    case DXFGroup::EValue::Bytes:
+        bRead = TakeBytes(1, bytes) && TakeBytes(static_cast<unsigned char>(bytes[0]), bytes);
+        break;
+    case DXFGroup::EValue::Double:
+        bRead = ReadBinaryDouble(dValue);
+        break;
+    case DXFGroup::EValue::Bool:
+    case DXFGroup::EValue::Int16:
+    case DXFGroup::EValue::Int32:
+    case DXFGroup::EValue::Int64:
+        bRead = TakeBytes(SizeOf(eStored), bytes);
+        nValue = bRead ? ReadSigned(bytes) : 0;
+        break;
+    }
+    if (!bRead)
+        return EndToken();
+    if (eValue == EValue::Word || eValue == EValue::Text)
+        token.m_Value.m_pText = m_szBuffer;
+    if (eValue == EValue::Word)
+        RaiseText(token);
+    if (eValue == EValue::Int)
+        token.m_Value.m_nValue = static_cast<std::int32_t>(nValue);
+    if (eValue == EValue::Double) {
+        m_eNumber = std::isfinite(dValue) ? ENumber::Read : ENumber::NotFinite;
+        token.m_Value.m_dValue = std::isfinite(dValue) ? dValue : 0.0;
+    }
+    return token;
+}
+
 bool CDXFReader::ReadBinaryInt(std::int32_t& nValue)
 {
     if (!NeedBytes(sizeof nValue))
@@ -416,7 +539,7 @@ bool CDXFReader::ReadBinaryString(char* pText)
 
 std::int64_t CDXFReader::GetLineNumber() const
 {
-    return m_pFile && !m_bBinary ? m_pFile->m_nTokenLine : 0;
+    return m_pFile && m_eForm == EForm::Text ? m_pFile->m_nTokenLine : 0;
 }
 
 std::int64_t CDXFReader::GetOffset() const

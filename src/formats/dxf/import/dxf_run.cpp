@@ -23,9 +23,20 @@ constexpr int kLineWeight = 370;
 constexpr int kTrueColor = 420;
 
 constexpr int kHighestColor = 255;
+constexpr int kWeightByBlock = -2;
 constexpr int kGroupsBetweenChecks = 1000;
 /// So many stations or attribute values of a copy take as much memory as a further object.
 constexpr std::int64_t kPartsOfObject = 4;
+/// Of memory, for a copy with what it takes beyond itself.
+constexpr std::uint64_t kBytesOfCopy = 512;
+
+// empty values ahead of others, of all objects together: a drawing with few words could make any number of them
+constexpr std::int64_t kGapsAnyway = 100'000;
+constexpr std::int64_t kGapsOfByte = 2;
+
+/// In upper case, as the reader gives them.
+constexpr std::string_view kOrdinaryLineTypes[] = {"BYLAYER", "BYBLOCK",    "CONTINUOUS",    "DASHED",
+                                                   "DOTTED",  "DASHDOTTED", "DASHDOTDOTTED", "DASHED_CUSTOM"};
 
 int ToWidth(double dWidth)
 {
@@ -43,6 +54,10 @@ CDXFImporter::TRun::TRun(CDXFImporter& importer)
       m_Text(m_Data.GetSettings().m_strCodePage, m_Reader),
       m_bPlane(m_Data.GetJobInfo()->GetCSType() != TIEJobInfo::Geographic),
       m_Units(m_Data.GetJobInfo()->GetDistUnits()),
+      m_nMostCopies(static_cast<std::int64_t>(
+          std::min<std::uint64_t>(static_cast<std::uint64_t>(m_Data.GetSettings().m_nMostBlockCopies),
+                                  IEUtils::GetFreeVirtMemory() / kBytesOfCopy))),
+      m_nGaps(kGapsAnyway + kGapsOfByte * m_Reader.GetLength()),
       m_strFileCode(m_Text.ToText(IEUtils::ExtractFileNameWithoutExtFromPathName(importer.m_strFileName)))
 {
     m_Text.Prepare();
@@ -138,10 +153,18 @@ bool CDXFImporter::TRun::TakeShared(const TToken& token, TEntity& entity, unsign
         return true;
     case kLineType:
         entity.m_strLineType = token.GetText();
+        if (entity.m_strLineType == "BYBLOCK")
+            entity.m_nByBlock |= TEntity::LineType;
+        else if (!entity.m_strLineType.empty() && entity.m_strLineType != "BYLAYER")
+            entity.m_nTold |= TEntity::LineType;
         return true;
     case kColor:
-        if (token.m_Value.m_nValue >= 1 && token.m_Value.m_nValue <= kHighestColor)
+        if (token.m_Value.m_nValue >= 1 && token.m_Value.m_nValue <= kHighestColor) {
             entity.m_nColor = token.m_Value.m_nValue;
+            entity.m_nTold |= TEntity::Color;
+        } else if (token.m_Value.m_nValue == 0) {
+            entity.m_nByBlock |= TEntity::Color;
+        }
         return true;
     case kInvisible:
     case kPaperSpace:
@@ -153,17 +176,21 @@ bool CDXFImporter::TRun::TakeShared(const TToken& token, TEntity& entity, unsign
         entity.m_bThick = token.m_Value.m_dValue != 0;
         return true;
     case kTrueColor:
-        entity.m_bTrueColor = !m_Reader.IsBinary();
+        entity.m_bTrueColor = m_Reader.HasAllValues();
         return true;
     case kLineWeight:
-        if (!m_Reader.IsBinary() && token.m_Value.m_nValue > 0)
+        if (m_Reader.HasAllValues() && token.m_Value.m_nValue > 0) {
             setWidth(m_Importer.m_AutoCADUtils.ConvertLineWeightFromMMtoPixels(m_Data.GetSettings().m_hWnd,
                                                                                token.m_Value.m_nValue));
+            entity.m_nTold |= TEntity::LineWeight;
+        } else if (m_Reader.HasAllValues() && token.m_Value.m_nValue == kWeightByBlock) {
+            entity.m_nByBlock |= TEntity::LineWeight;
+        }
         return true;
     case kExtrusionX:
     case kExtrusionY:
     case kExtrusionZ:
-        if (!m_Reader.IsBinary() && token.m_Value.m_dValue != (token.m_nCode == kExtrusionZ ? 1.0 : 0.0))
+        if (m_Reader.HasAllValues() && token.m_Value.m_dValue != (token.m_nCode == kExtrusionZ ? 1.0 : 0.0))
             entity.m_bExtruded = true;
         return true;
     case 40:
@@ -173,11 +200,25 @@ bool CDXFImporter::TRun::TakeShared(const TToken& token, TEntity& entity, unsign
         if ((nWidths & nWidth) == 0)
             return false;
         setWidth(ToWidth(token.m_Value.m_dValue));
+        TakeWidth(entity, token.m_Value.m_dValue);
         return true;
     }
     default:
         return false;
     }
+}
+
+void CDXFImporter::TRun::TakeWidth(TEntity& entity, double dWidth)
+{
+    entity.m_bWidthVaries = entity.m_bWidthVaries || (entity.m_GroundWidth && *entity.m_GroundWidth != dWidth);
+    entity.m_GroundWidth = dWidth;
+}
+
+void CDXFImporter::TRun::CountLineType(std::string_view name, const CDXFTally::TPlace& place)
+{
+    if (!name.empty() &&
+        std::find(std::begin(kOrdinaryLineTypes), std::end(kOrdinaryLineTypes), name) == std::end(kOrdinaryLineTypes))
+        m_Tally.Count(CDXFTally::LineType, place);
 }
 
 double CDXFImporter::TRun::Number(const TToken& token, TEntity& entity) const
@@ -242,8 +283,12 @@ void CDXFImporter::TRun::AddObject(std::unique_ptr<CIEObject> pObject, const TEn
         pObject->SetName(strBlock);
         pObject->SetStateType(CIEObject::InBlock);
         EnterBlock(strBlock);
+        if (entity.m_nByBlock != 0)
+            m_ByBlock[strBlock] |= entity.m_nByBlock;
     }
     pObject->SetLayer(FindLayer(entity));
+    if (pObject->GetGroupType() != CIEObject::PointLike)
+        CountLineType(entity.m_strLineType, entity.m_Place);
     pObject->SetDrawProperties(std::move(pProperties));
     m_pDataset->Add(std::move(pObject));
 }
@@ -271,11 +316,13 @@ bool CDXFImporter::TRun::CountCopy(const TEntity& insert, const CString& strName
                                    std::int64_t nParts)
 {
     m_nCopies += nObjects + nParts / kPartsOfObject;
-    if (m_nCopies <= m_Data.GetSettings().m_nMostBlockCopies)
+    if (m_nCopies <= m_nMostCopies)
         return true;
-    TIENote note = CDXFTally::MakeNote(
-        TIENote::LeftOut, EIENote::DrawingTooManyCopies, insert.m_Place,
-        "block references have made as many copies as the settings allow; nothing from here on was read");
+    const bool bSettings = m_nMostCopies == m_Data.GetSettings().m_nMostBlockCopies;
+    TIENote note = CDXFTally::MakeNote(TIENote::LeftOut, EIENote::DrawingTooManyCopies, insert.m_Place,
+                                       CString("block references have made as many copies as ") +
+                                           (bSettings ? "the settings allow" : "there is memory for") +
+                                           "; nothing from here on was read");
     note.m_strRecord = strName;
     Tell(std::move(note));
     return EndBy(TooManyCopies);

@@ -6,6 +6,8 @@
 #include "formats/dxf/import/dxf_tally.h"
 #include "formats/dxf/import/dxf_text.h"
 
+#include <optional>
+
 /// What entities of all kinds can say of themselves.
 struct CDXFImporter::TEntity {
     /// `token` is the one that began the entity.
@@ -20,7 +22,13 @@ struct CDXFImporter::TEntity {
     CString m_strLineType; ///< empty if it tells none
     int m_nColor = 0;      ///< 1 to 255, 0 if it tells none
     int m_nWidth = 0;
-    bool m_bWidth = false;   ///< it tells a width
+    bool m_bWidth = false; ///< it tells a width
+    /// How an entity is drawn, as bits.
+    enum EDrawn : unsigned { Color = 1, LineType = 2, LineWeight = 4 };
+    unsigned m_nTold = 0;    ///< what it tells itself
+    unsigned m_nByBlock = 0; ///< what it leaves to the reference to its block
+    std::optional<double> m_GroundWidth;
+    bool m_bWidthVaries = false;
     bool m_bDropped = false; ///< invisible or in paper space
     bool m_bExtruded = false;
     bool m_bThick = false;
@@ -48,6 +56,7 @@ struct CDXFImporter::TRun {
         CIECodeDescription* m_pCode = nullptr; ///< null if it belongs nowhere
         int m_nAttribute = -1;                 ///< index in the code's description, -1 for none
         bool m_bCodeString = false;
+        bool m_bBeyond = false; ///< too much would come of it
         bool operator==(const TTarget&) const = default;
     };
     struct THash {
@@ -74,6 +83,7 @@ struct CDXFImporter::TRun {
     template <class TTake>
     bool ReadEntity(TToken& token, TEntity& entity, unsigned nWidths, TTake take);
     bool TakeShared(const TToken& token, TEntity& entity, unsigned nWidths);
+    static void TakeWidth(TEntity& entity, double dWidth);
     /// A number without which the entity is nothing.
     double Number(const TToken& token, TEntity& entity) const;
     /// Takes the group of a coordinate of one of the corners, 10, 20, 30 of the first, 11, 21, 31 of the second ...
@@ -96,6 +106,10 @@ struct CDXFImporter::TRun {
     /// Every object of a block has its name, so it may not be long.
     CString ToBlockName(const TToken& token);
     void EnterBlock(const CString& strBlock) { m_BlockObjects[strBlock].push_back(CountObjects()); }
+    /// Looks what a reference gives to the parts of its block, or passes on to them within block `strBlock`.
+    void CountByBlock(const TReference& reference, const TEntity& entity, const CString& strBlock);
+    /// Counts a line type beyond the ordinary ones.
+    void CountLineType(std::string_view name, const CDXFTally::TPlace& place);
     [[nodiscard]] int CountObjects() const { return m_pDataset->GetNumberOfElements(-1, 2, false, false); }
     /// Counts towards the copies that block references may make; `nParts` are stations and values of attributes. False
     /// when there are enough.
@@ -106,6 +120,7 @@ struct CDXFImporter::TRun {
 
     TTarget FindTarget(std::string_view name, CIEAttrDescription::EType eType, const CString& strValue);
     void CountTargetParts(const CStringArray& values);
+    void TakeGaps(int nObjects);
     int TakeAttribute(CIECodeDescription& code, std::string_view attribute, CIEAttrDescription::EType eType);
 
     // ---- notes
@@ -152,7 +167,10 @@ struct CDXFImporter::TRun {
 
     /// Places in the dataset of the objects of each block, in order.
     TByName<std::vector<int>> m_BlockObjects;
+    TByName<unsigned> m_ByBlock; ///< what parts of a block leave to references, as TEntity::EDrawn
     std::int64_t m_nCopies = 0;
+    std::int64_t m_nMostCopies;
+    std::int64_t m_nGaps = 0;        ///< empty values that the objects may get
     CString m_strFileCode;           ///< of attributes that name no code
     std::vector<TTarget> m_Targets;  ///< of the reference that is being read
     std::int64_t m_nTargetParts = 0; ///< what its attributes add to each object, by the memory it takes
@@ -161,6 +179,8 @@ struct CDXFImporter::TRun {
     std::unordered_map<const CIECodeDescription*, TByName<int>> m_ManyAttributes;
     CString m_strScratch;
     bool m_bRefusedVertex = false;      ///< of the polyline that is being read
+    double m_dPolylineWidth = 0;        ///< likewise
+    bool m_bPolylineVaries = false;     ///< likewise
     CDXFTally::TPlace m_ReferencePlace; ///< of the reference that is being read
     bool m_bDroppedReference = false;   ///< what was read last is a block reference that was left out
     bool m_bMovedBlock = false;         ///< the block that is being read has a base point that isn't 0

@@ -17,9 +17,11 @@ struct TLossWords {
     const char* m_pReason; ///< behind the number
 };
 constexpr TLossWords kWords[CDXFTally::kLosses] = {
+    {TIENote::Changed, EIENote::DrawingWord,
+     " values that are words of the form began an entity or ended a part of the drawing"},
+    {TIENote::Changed, EIENote::DrawingInsertAngle, " block references have an angle; their copies aren't turned"},
     {TIENote::LeftOut, EIENote::DrawingInvisible, " things of the drawing are invisible and were left out"},
     {TIENote::LeftOut, EIENote::DrawingPaperSpace, " things of the drawing are in paper space and were left out"},
-    {TIENote::Changed, EIENote::DrawingInsertAngle, " block references have an angle; their copies aren't turned"},
     {TIENote::LeftOut, EIENote::DrawingInsertArray,
      " block references have rows or columns; only one copy of each was made"},
     {TIENote::LeftOut, EIENote::DrawingInsertEmpty,
@@ -49,8 +51,14 @@ constexpr TLossWords kWords[CDXFTally::kLosses] = {
      " objects are on layers that the drawing doesn't describe, and have none"},
     {TIENote::Changed, EIENote::DrawingLayerState,
      " layers are frozen, or aren't to be plotted, in a way that doesn't come in"},
-    {TIENote::Changed, EIENote::DrawingWord,
-     " values that are words of the form began an entity or ended a part of the drawing"},
+    {TIENote::Changed, EIENote::DrawingLineType,
+     " layers or entities have a line type that isn't one of the ordinary ones; the job has the nearest of these"},
+    {TIENote::Changed, EIENote::DrawingWidths,
+     " polylines have segments of different widths; the job has one width for each of them, or none"},
+    {TIENote::LeftOut, EIENote::DrawingByBlock,
+     " block references have a colour, a line type or a weight for parts of their block; the copies lack it"},
+    {TIENote::LeftOut, EIENote::DrawingFaceDrawing,
+     " faces have a layer or a colour, which the job's surfaces have nothing for"},
     {TIENote::Changed, EIENote::DrawingNumber, " values aren't numbers and were read as 0"},
     {TIENote::Changed, EIENote::DrawingNumberPart, " values are numbers only at their start, which was taken"},
     {TIENote::Changed, EIENote::DrawingNotFinite,
@@ -61,7 +69,8 @@ constexpr TLossWords kWords[CDXFTally::kLosses] = {
      " names of code pages aren't known; the one of the settings was taken"},
     {TIENote::LeftOut, EIENote::DrawingCodeName,
      " attributes are of a code without a name, or have no name themselves"},
-    {TIENote::LeftOut, EIENote::DrawingAttributes, " attributes are beyond the most that a block reference can have"},
+    {TIENote::LeftOut, EIENote::DrawingAttributes,
+     " attributes are beyond the most that a block reference can have, or that are kept of codes with as many"},
     {TIENote::LeftOut, EIENote::DrawingSameAttribute,
      " attributes have the name of a later one of their block reference, whose value the job has"},
 };
@@ -179,10 +188,16 @@ void CDXFTally::TellUnits(bool bPlane, EDIST_UNITS eUnits, const TTell& tell) co
 
 void CDXFTally::Tell(bool bPlane, EDIST_UNITS eUnits, const TTell& tell) const
 {
+    TellLosses(0, kForemost, tell);
     TellUnits(bPlane, eUnits, tell);
     TellByName(m_Entities, EIENote::DrawingEntity, " entities were left out", tell);
     TellByName(m_Sections, EIENote::DrawingSection, " sections were left out", tell);
-    for (std::size_t i = 0; i < m_Losses.size(); ++i) {
+    TellLosses(kForemost, kLosses, tell);
+}
+
+void CDXFTally::TellLosses(int nFirst, int nEnd, const TTell& tell) const
+{
+    for (auto i = static_cast<std::size_t>(nFirst); i < static_cast<std::size_t>(nEnd); ++i) {
         if (m_Losses[i].m_nCount > 0)
             tell(MakeNote(kWords[i].m_eKind, kWords[i].m_eCode, m_Losses[i].m_First,
                           IEUtils::IntToString(m_Losses[i].m_nCount) + kWords[i].m_pReason, m_Losses[i].m_nCount));

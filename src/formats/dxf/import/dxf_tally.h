@@ -15,9 +15,11 @@ class CDXFReader;
 class CDXFTally {
 public:
     enum ELoss : int {
-        Invisible,
-        PaperSpace,
+        Word,
         InsertAngle,
+        kForemost, ///< those ahead of it put much in the wrong place, and are told first
+        Invisible = kForemost,
+        PaperSpace,
         InsertArray,
         EmptyInsert,
         NestedBase,
@@ -34,7 +36,10 @@ public:
         NoVertex,
         NoLayer,
         LayerState,
-        Word,
+        LineType,
+        Widths,
+        ByBlock,
+        FaceDrawing,
         Number,
         NumberInPart,
         NotFinite,
@@ -82,6 +87,7 @@ private:
     static void CountByName(TCounts& counts, std::string_view name, const CDXFReader& reader);
     static void TellByName(const TCounts& counts, EIENote eCode, const char* pWhat, const TTell& tell);
 
+    void TellLosses(int nFirst, int nEnd, const TTell& tell) const;
     void TellUnits(bool bPlane, EDIST_UNITS eUnits, const TTell& tell) const;
 
     int m_nUnits = 0; ///< 0 if the header tells none

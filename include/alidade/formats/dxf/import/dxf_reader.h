@@ -14,9 +14,10 @@
 /// entities.
 ///
 /// In text form a group is two lines, each ended by CR LF, LF or CR. A line of more than kLongestLine bytes is
-/// read in pieces, and what is left of it counts as the next line, unless PassOverLongLines was called. In binary form
-/// a group is a code of four bytes and a value: text ended by a zero for the codes 0 to 9, eight bytes for 10 to 59,
-/// four for 60 to 78, none for all others.
+/// read in pieces, and what is left of it counts as the next line, unless PassOverLongLines was called. In this
+/// system's own binary form a group is a code of four bytes and a value: text ended by a zero for the codes 0 to 9,
+/// eight bytes for 10 to 59, four for 60 to 78, none for all others. In the binary form of other programs a code has
+/// two bytes, or in old drawings mostly one, and each code has a value.
 ///
 /// A text comes in upper case (ASCII letters alone, and none that is half of another character, see SetBytes), but for
 /// the codes 310 to 369. Nothing that isn't a number is told:
@@ -39,8 +40,10 @@ public:
     /// True in any case.
     bool Close();
 
-    [[nodiscard]] bool IsBinary() const { return m_bBinary; }
-    /// True of a file in a binary form that isn't this one, of which text form makes nothing.
+    [[nodiscard]] bool IsBinary() const { return m_eForm != EForm::Text; }
+    /// Whether a group always has a value. In this system's own binary form those above 78 have none.
+    [[nodiscard]] bool HasAllValues() const { return m_eForm != EForm::OwnBinary; }
+    /// True of a file in a binary form that isn't known, of which text form makes nothing.
     [[nodiscard]] bool IsForeignBinary() const { return m_bForeignBinary; }
     /// Line of the last token's code, from 1; 0 ahead of the first token and in binary form.
     [[nodiscard]] std::int64_t GetLineNumber() const;
@@ -72,6 +75,7 @@ public:
 
 private:
     static constexpr std::size_t kBufferSize = kLongestLine + 1;
+    enum class EForm { Text, OwnBinary, WideBinary, NarrowBinary };
     struct TFile;
 
     bool NeedBytes(std::size_t nCount);
@@ -79,6 +83,9 @@ private:
     void PassOverRest();
     TToken ReadTextToken();
     TToken ReadBinaryToken();
+    TToken ReadOtherBinaryToken();
+    bool ReadOtherCode(std::int32_t& nCode);
+    bool TakeBytes(std::size_t nCount, std::string_view& bytes);
     TToken EndToken();
     void SetText(TToken& token, std::string_view text, bool bWord);
     void RaiseText(TToken& token);
@@ -89,7 +96,7 @@ private:
     bool ReadBinaryDouble(double& dValue);
     bool ReadBinaryString(char* pText);
 
-    bool m_bBinary = false;
+    EForm m_eForm = EForm::Text;
     bool m_bForeignBinary = false;
     bool m_bPassOver = false;
     bool m_bMayBeUtf8 = true;
