@@ -241,7 +241,7 @@ TEST_F(Guess, TellsAFormByItsMarkWhateverItsName)
         {"layout header", "Header>> Delimiter(;) FileFormat(name,north,east) <<\r\n", {"delimited!", "delimited-35!"}},
         {"drawing", "AC1015\0\0\0\0"s, {"dwg!"}},
         {"drawing exchange", kDxf, {"dxf!"}},
-        {"binary drawing exchange", "AutoCAD Binary DXF\r\n\x1a\0\x00\x00SECTION"s, {"dwg!"}},
+        {"binary drawing exchange", "AutoCAD Binary DXF\r\n\x1a\0\x00\x00SECTION"s, {"dxf!"}},
         {"binary drawing exchange, own mark", "AutoCAD Binary DXF\r\n\x16\0\x00\x00SECTION"s, {"dxf!"}},
         {"layers", "  0\r\nLAYERSTATEDICTIONARY\r\n  0\r\nLAYERSTATE\r\n", {"layer-state!"}},
         {"LandXML", "<?xml version=\"1.0\"?>\n<!-- <CodeDictionary> -->\n<LandXML version=\"1.0\">", {"landxml!"}},

@@ -14,11 +14,9 @@ EIERecognition Recognize(std::string_view head)
 {
     if (head.starts_with("AC10"))
         return EIERecognition::Surely;
-    constexpr std::string_view kBinary = "AutoCAD Binary DXF";
-    if (head.starts_with(kBinary))
-        return head.substr(kBinary.size()).starts_with(std::string_view("\r\n\x1a\0", 4)) ? EIERecognition::Surely
-                                                                                          : EIERecognition::Perhaps;
-    // the engine reads the exchange form too, but a text of it is left to the importer that knows its codes
+    // the engine reads the exchange form too, but it is left to the importer that knows its codes
+    if (head.starts_with("AutoCAD Binary DXF"))
+        return EIERecognition::Perhaps;
     const FileHead::TIEGroup group = FileHead::GetFirstGroup(head);
     return group.m_nCode == 0 && group.m_strValue == "SECTION" ? EIERecognition::Perhaps : EIERecognition::No;
 }

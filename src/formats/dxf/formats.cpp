@@ -17,10 +17,12 @@ constexpr TIECarries kReadDrawing = kDrawing | CARRIES_CODE_STRINGS | CARRIES_DR
 
 EIERecognition Recognize(std::string_view head)
 {
-    // this reader's own mark of a binary file ends in 0x16; the usual one, in 0x1A, is the drawing engine's
+    // this reader's own mark of a binary file ends in 0x16; the usual one, in 0x1A
     constexpr std::string_view kBinary = "AutoCAD Binary DXF\r\n";
-    if (head.starts_with(kBinary))
-        return head.substr(kBinary.size()).starts_with('\x16') ? EIERecognition::Surely : EIERecognition::Perhaps;
+    if (head.starts_with(kBinary)) {
+        head.remove_prefix(kBinary.size());
+        return head.starts_with('\x16') || head.starts_with('\x1A') ? EIERecognition::Surely : EIERecognition::Perhaps;
+    }
 
     const FileHead::TIEGroup group = FileHead::GetFirstGroup(head);
     return group.m_nCode == 0 && group.m_strValue == "SECTION" ? EIERecognition::Surely : EIERecognition::No;
