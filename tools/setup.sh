@@ -1,5 +1,7 @@
 #!/usr/bin/env bash
-# Makes sure that this machine has what the build needs: the packages of tools/packages.txt and a locale with a decimal comma.
+# Makes sure that this machine has what is needed, by tools/packages.txt:
+#   tools/setup.sh run     to build and run the program
+#   tools/setup.sh check   to pass all tests beside that, and a locale with a decimal comma
 # Does nothing, and asks no network, when all is there. Says nothing on standard output.
 set -euo pipefail
 exec >&2
@@ -22,9 +24,17 @@ as_root() {
     fi
 }
 
+group=${1-}
+case "$group" in
+    run | check) ;;
+    *) fail "usage: tools/setup.sh run|check" ;;
+esac
+
 missing_packages() {
     local wanted installed
-    wanted=$(sed -e 's/#.*//' -e 's/[[:space:]]//g' -e '/^$/d' "$packages_file" | sort -u)
+    # ./check needs both groups, and the first stands ahead of the second
+    wanted=$(sed -e 's/#.*//' -e 's/[[:space:]]//g' -e '/^$/d' "$packages_file" |
+        awk -v group="$group" '/^\[/ { wanted = (group == "check" || $0 == "[run]"); next } wanted' | sort -u)
     # shellcheck disable=SC2086 # one word a package
     installed=$(dpkg-query -W -f '${db:Status-Status} ${Package}\n' $wanted 2>/dev/null | sed -n 's/^installed //p' | sort -u)
     comm -23 <(echo "$wanted") <(echo "$installed") | tr '\n' ' '
@@ -52,7 +62,7 @@ if [ -n "$missing" ]; then
     [ -z "$missing" ] || fail "still missing after the installation: $missing"
 fi
 
-if ! has_german_locale; then
+if [ "$group" = check ] && ! has_german_locale; then
     echo "setup: making the locale de_DE.UTF-8"
     as_root localedef -i de_DE -f UTF-8 de_DE.UTF-8 || fail "couldn't make the locale de_DE.UTF-8"
     has_german_locale || fail "the locale de_DE.UTF-8 is still missing"
